@@ -168,6 +168,12 @@ void KeyboardMacrosController::updateSelectedMacroWithMacroDetails(const QVarian
     linesHaveChanged();
 }
 
+void KeyboardMacrosController::reloadStaleRecords()
+{
+    if (mLines.areRecordsStale() && mMacroDelegate)
+        mMacroDelegate->reloadMacros();
+}
+
 void KeyboardMacrosController::linesHaveChanged()
 {
     mMacroDetailsTableView->reloadData();

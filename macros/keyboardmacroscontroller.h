@@ -285,6 +285,8 @@ private:
     void recordButton(int button, bool isDown);
     void setDelayOfRow(int row, int delayMs);
     void releaseKeysAtEnd();
+    /// Reads the macros again if events were edited since they came: the replies to such edits have no records.
+    void reloadStaleRecords();
     void updateTimeline();
     void markUnpairedEvents();
     /// The events of the selected macro, and which of them the selected rows belong to (ascending).

@@ -49,8 +49,7 @@ void KeyboardMacrosController::editEvents(MacroCommands::EventTag tag)
 
 KeyboardMacrosController::SelectedEvents KeyboardMacrosController::readSelectedEvents()
 {
-    if (mLines.areRecordsStale())
-        mMacroDelegate->reloadMacros();
+    reloadStaleRecords();
     SelectedEvents selected{.all = MacroRecord::events(macroAt(macroRow())), .indexes = {}};
     const QList<int> eventsOfRows = MacroRecord::eventsOfRows(selected.all);
     const QList<int> rows = mMacroDetailsTableView->selectedRows();

@@ -36,9 +36,7 @@ void KeyboardMacrosController::loadSaveAsPanel()
 
 void KeyboardMacrosController::exportMacroToFile(const QString &path)
 {
-    // The daemon sends no new document after an event was edited.
-    if (mLines.areRecordsStale() && mMacroDelegate)
-        mMacroDelegate->reloadMacros();
+    reloadStaleRecords();
     const QVariantMap record = macroAt(macroRow());
     if (path.isEmpty() || record.isEmpty())
         return;

@@ -146,9 +146,7 @@ void KeyboardMacrosController::stepThroughSearch(int step)
 
 void KeyboardMacrosController::duplicateMacro()
 {
-    // The daemon sends no new document after an event was edited.
-    if (mLines.areRecordsStale() && mMacroDelegate)
-        mMacroDelegate->reloadMacros();
+    reloadStaleRecords();
     const QVariantMap record = macroAt(macroRow());
     if (!record.isEmpty())
         addFinishedMacro(MacroFile::importedRecord(MacroFile::exportedRecord(record), mMacrosSettingsArray));

@@ -58,8 +58,7 @@ void KeyboardMacrosController::releaseKeysAtEnd()
 {
     if (!mMacroDelegate)
         return;
-    if (mLines.areRecordsStale())
-        mMacroDelegate->reloadMacros();
+    reloadStaleRecords();
     const QVariantList events = MacroRecord::events(macroAt(macroRow()));
     const QVariantList releases = MacroPairs::of(events).missingReleases;
     if (!releases.isEmpty())

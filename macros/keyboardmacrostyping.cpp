@@ -12,8 +12,7 @@ void KeyboardMacrosController::openTypeTextSheet()
 {
     if (!mMacroDelegate || macroRow() < 0)
         return;
-    if (mLines.areRecordsStale())
-        mMacroDelegate->reloadMacros();
+    reloadStaleRecords();
     if (macroRow() < 0)
         return; // another client has deleted it
     mEventsBeforeTyping = MacroRecord::events(macroAt(macroRow()));
