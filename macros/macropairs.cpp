@@ -60,7 +60,6 @@ QList<int> MacroPairs::withPartners(const QList<int> &indexes) const
             all += partner;
     }
     std::ranges::sort(all);
-    const auto repeated = std::ranges::unique(all);
-    all.erase(repeated.begin(), repeated.end());
+    all.erase(std::unique(all.begin(), all.end()), all.end()); // clang 14 cannot compile std::ranges::unique()
     return all;
 }
