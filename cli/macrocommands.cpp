@@ -46,7 +46,8 @@ CommandResult<void> addRecord(CommandContext &context, const QVariantMap &record
         return document.error();
     const QVariantList macros = Document(*document).macros();
     const int last = static_cast<int>(macros.size()) - 1;
-    context.console.print(recordWords(macroKind, last, macros.value(last).toMap()) + u" is added"_s);
+    const QVariantMap added = macros.value(last).toMap();
+    printStored(context.console, recordWords(macroKind, last, added) + u" is added"_s, MacroRecord::events(added));
     return {};
 }
 

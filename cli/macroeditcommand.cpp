@@ -136,7 +136,8 @@ CommandResult<void> editMacro(CommandContext &context)
         }
         if (const CommandResult<void> stored = replaceEvents(*chosen, content->events); !stored)
             return withText(stored.error(), folder, path);
-        context.console.print(chosen->words() + u" is changed: "_s + eventCount(content->events.size()));
+        printStored(context.console, chosen->words() + u" is changed: "_s + eventCount(content->events.size()),
+                    content->events);
         return {};
     }
 }

@@ -80,7 +80,7 @@ CommandResult<QList<int>> eventsOf(const QString &text, const ChosenRecord &macr
     return indexes;
 }
 
-/// Stores `events`, absent if there are too many, and prints how many there are now.
+/// Stores `events`, absent if there are too many, and prints how many there are now and which have no partner.
 CommandResult<void> store(CommandContext &context, const ChosenRecord &macro, const std::optional<QVariantList> &events)
 {
     if (!events)
@@ -88,7 +88,7 @@ CommandResult<void> store(CommandContext &context, const ChosenRecord &macro, co
             macro.words(), QString::number(MacroRecord::maximumEvents), QString::number(MacroRecord::maximumDelayMs)));
     if (const CommandResult<void> stored = replaceEvents(macro, *events); !stored)
         return stored;
-    context.console.print(macro.words() + u" is changed: "_s + eventCount(events->size()));
+    printStored(context.console, macro.words() + u" is changed: "_s + eventCount(events->size()), *events);
     return {};
 }
 

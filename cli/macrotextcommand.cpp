@@ -96,8 +96,11 @@ CommandResult<void> typeMacroText(CommandContext &context)
         return events.error();
     if (const CommandResult<void> stored = replaceEvents(*chosen, *events); !stored)
         return stored.error();
-    context.console.print(chosen->words()
-                          + u" has %1, for the layout \"%2\""_s.arg(eventCount(events->size()), keymap->name()));
+    printStored(context.console,
+                chosen->words() + u" has %1, for the layout \"%2\""_s.arg(eventCount(events->size()), keymap->name()),
+                *events);
+    if (const QStringList held = modifiersHeldBefore(before, before.size()); !held.isEmpty())
+        context.console.print(u"held where the text begins: %1; other characters may arrive"_s.arg(held.join(u", "_s)));
     return {};
 }
 

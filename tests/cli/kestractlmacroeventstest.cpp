@@ -44,6 +44,7 @@ private Q_SLOTS:
 
     void changesTheEvents_data();
     void changesTheEvents();
+    void namesTheRowsWithoutAPartner();
     void refusesWrongWords_data();
     void refusesWrongWords();
     void isOneChangeOfTheHistory();
@@ -125,24 +126,27 @@ void TestKestractlMacroEvents::changesTheEvents_data()
 {
     QTest::addColumn<QStringList>("words");
     QTest::addColumn<QVariantList>("expected");
+    QTest::addColumn<QString>("unpaired");
     const QVariantList &s = sample();
-    const auto row = [](const QStringList &words, const QVariantList &expected) {
-        QTest::newRow(qPrintable(words.join(u' '))) << words << expected;
+    const auto row = [](const QStringList &words, const QVariantList &expected, const QString &unpaired = {}) {
+        QTest::newRow(qPrintable(words.join(u' '))) << words << expected << unpaired;
     };
     const QVariantList tapC = tap(keyC);
     row({u"insert"_s, u"Combo"_s, u"1"_s, u"tap C"_s}, tapC + s);
     row({u"insert"_s, u"1"_s, u"5"_s, u"tap C"_s}, s.first(2) + tapC + s.sliced(2));
     row({u"insert"_s, u"1"_s, u"4"_s, u"tap C"_s}, s.first(2) + tapC + s.sliced(2)); // the pause of the same event
-    row({u"insert"_s, u"1"_s, u"end"_s, u"wait 9 ms"_s, u"press C"_s}, s + QVariantList{press(keyC, 9)});
+    row({u"insert"_s, u"1"_s, u"end"_s, u"wait 9 ms"_s, u"press C"_s}, s + QVariantList{press(keyC, 9)},
+        u"press without release: row 9"_s);
     row({u"insert"_s, u"1"_s, u"end"_s, u"wait 9 ms"_s}, s + QVariantList{pause(9)});
     row({u"insert"_s, u"1"_s, u"3"_s, u"wait 9 ms"_s}, settingDelays(s, {1}, 29).value());
     row({u"insert"_s, u"1"_s, u"3"_s, u"press C"_s, u"wait 9 ms"_s},
-        inserting(settingDelays(s, {1}, 29).value(), 1, {press(keyC)}).value());
-    row({u"delete-event"_s, u"Combo"_s, u"3"_s}, removing(s, {1}).value());
-    row({u"delete-event"_s, u"1"_s, u"1,5-7"_s}, removing(s, {0, 2, 3}).value());
+        inserting(settingDelays(s, {1}, 29).value(), 1, {press(keyC)}).value(), u"press without release: row 3"_s);
+    row({u"delete-event"_s, u"Combo"_s, u"3"_s}, removing(s, {1}).value(), u"press without release: row 1"_s);
+    row({u"delete-event"_s, u"1"_s, u"1,5-7"_s}, removing(s, {0, 2, 3}).value(), u"release without press: row 1"_s);
     row({u"delete-event"_s, u"1"_s, u"all"_s}, {});
     row({u"move-event"_s, u"1"_s, u"5-7"_s, u"1"_s}, moving(s, {2, 3}, 0).value());
-    row({u"move-event"_s, u"1"_s, u"1"_s, u"end"_s}, moving(s, {0}, 4).value());
+    row({u"move-event"_s, u"1"_s, u"1"_s, u"end"_s}, moving(s, {0}, 4).value(),
+        u"press without release: row 7; release without press: row 1"_s);
     row({u"set-delay"_s, u"1"_s, u"2"_s, u"500"_s}, settingDelays(s, {1}, 500).value());
     row({u"set-delay"_s, u"1"_s, u"all"_s, u"0"_s}, settingDelays(s, {0, 1, 2, 3}, 0).value());
     row({u"scale-delays"_s, u"1"_s, u"all"_s, u"0.5"_s}, scalingDelays(s, {0, 1, 2, 3}, 0.5).value());
@@ -153,11 +157,37 @@ void TestKestractlMacroEvents::changesTheEvents()
 {
     QFETCH(QStringList, words);
     QFETCH(QVariantList, expected);
+    QFETCH(QString, unpaired);
     const KestractlResult result = run(words);
     QCOMPARE(result.errorText(), QString());
     const QString count = expected.size() == 1 ? u"1 event"_s : u"%1 events"_s.arg(expected.size());
-    QCOMPARE(result.text(), u"macro 1 \"Combo\" is changed: %1\n"_s.arg(count));
+    const QString note = unpaired.isEmpty() ? QString() : unpaired + u'\n';
+    QCOMPARE(result.text(), u"macro 1 \"Combo\" is changed: %1\n"_s.arg(count) + note);
     QCOMPARE(events(), expected);
+}
+
+void TestKestractlMacroEvents::namesTheRowsWithoutAPartner()
+{
+    const auto note = [this](const QStringList &words) {
+        const KestractlResult result = run(words);
+        return result.exitCode == 0 ? result.text().section(u'\n', 1) : result.errorText();
+    };
+    // Also those that an earlier command has left.
+    QCOMPARE(note({u"delete-event"_s, u"1"_s, u"3"_s}), u"press without release: row 1\n"_s);
+    QCOMPARE(note({u"set-delay"_s, u"1"_s, u"all"_s, u"1"_s}), u"press without release: row 1\n"_s);
+    QCOMPARE(note({u"duplicate"_s, u"1"_s}), u"press without release: row 1\n"_s);
+    QCOMPARE(note({u"text"_s, u"1"_s, u"c"_s, u"--layout=us"_s, u"--append"_s}), u"press without release: row 1\n"_s);
+    QCOMPARE(note({u"text"_s, u"1"_s, u"c"_s, u"--layout=us"_s}), QString());
+    setEditor("printf 'wait 1 s\\nrelease C\\ntap A\\npress B\\n' > \"$1\"\n"); // the first pause has no row
+    QCOMPARE(note({u"edit"_s, u"1"_s}), u"press without release: row 7; release without press: row 1\n"_s);
+    const auto import = [&](const QByteArray &text) {
+        return note({u"import"_s, writeFile(mFolder->filePath(u"Keys.txt"_s), text)});
+    };
+    QCOMPARE(import("tap A\nwait 1 s\n"), QString());
+    QCOMPARE(import("press A\npress A\n"), u"press without release: rows 1, 3\n"_s);
+    const QString ten = u"release without press: rows 1, 3, 5, 7, 9, 11, 13, 15, 17, 19"_s;
+    QCOMPARE(import(QByteArray("release A\n").repeated(10)), ten + u'\n');
+    QCOMPARE(import(QByteArray("release A\n").repeated(12)), ten + u" and 2 more\n"_s);
 }
 
 void TestKestractlMacroEvents::refusesWrongWords_data()

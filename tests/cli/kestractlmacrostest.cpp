@@ -54,6 +54,7 @@ private Q_SLOTS:
     void reportsAnExportThatCannotBeWritten();
     void textBecomesTheEventsOfTheMacro();
     void textIsAppendedAfterThePause();
+    void modifiersHeldWhereTheTextBeginsAreNamed();
     void namesWhatTheLayoutCannotTypeAndChangesNothing();
     void textUsesTheLayoutOfTheUser();
     void wrongTextCommandsChangeNothing_data();
@@ -343,6 +344,20 @@ void TestKestractlMacros::textIsAppendedAfterThePause()
     QCOMPARE(events(), u"(80)+4 (80)-4 +5 -5"_s);
     QCOMPARE(run({u"text"_s, u"1"_s, u"c"_s, u"--layout=us"_s, u"--append"_s}).exitCode, 0);
     QCOMPARE(events(), u"(80)+4 (80)-4 +5 -5 (20)+6 -6"_s);
+}
+
+void TestKestractlMacros::modifiersHeldWhereTheTextBeginsAreNamed()
+{
+    add(tapOfA(80));
+    QCOMPARE(run({u"insert"_s, u"1"_s, u"end"_s, u"press Left Control"_s, u"press B"_s}).exitCode, 0);
+    QCOMPARE(run({u"insert"_s, u"1"_s, u"1"_s, u"tap Left Shift"_s}).exitCode, 0);
+    const QStringList appended =
+        run({u"text"_s, u"1"_s, u"d"_s, u"--layout=us"_s, u"--append"_s}).text().split(u'\n', Qt::SkipEmptyParts);
+    QCOMPARE(appended.size(), 3);
+    QCOMPARE(appended.at(1), u"press without release: rows 9, 11"_s);
+    QCOMPARE(appended.at(2), u"held where the text begins: Left Control; other characters may arrive"_s);
+    const KestractlResult replaced = run({u"text"_s, u"1"_s, u"d"_s, u"--layout=us"_s});
+    QCOMPARE(replaced.text(), u"macro 1 \"Tap\" has 2 events, for the layout \"English (US)\"\n"_s);
 }
 
 void TestKestractlMacros::namesWhatTheLayoutCannotTypeAndChangesNothing()
