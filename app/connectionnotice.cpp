@@ -2,6 +2,7 @@
 #include "app/connectionnotice.h"
 
 #include "base/text.h"
+#include "platform/mnemonics.h"
 #include "platform/spacing.h"
 #include "platform/symbol.h"
 
@@ -28,7 +29,8 @@ ConnectionNotice::ConnectionNotice(QWidget *parent) : QWidget(parent)
     connect(mKeyboards, &QPushButton::clicked, this, &ConnectionNotice::keyboardsRequested);
     mHelp = new QPushButton(localizedText("lkeyNoticeHelp"));
     mHelp->setObjectName("mConnectionNoticeHelp"_L1);
-    connect(mHelp, &QPushButton::clicked, this, &ConnectionNotice::helpRequested);
+    connect(mHelp, &QPushButton::clicked, this,
+            [this] { isStartOffered() ? Q_EMIT startRequested() : Q_EMIT helpRequested(); });
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins({});
     row->setSpacing(Spacing::normal);
@@ -42,9 +44,33 @@ ConnectionNotice::ConnectionNotice(QWidget *parent) : QWidget(parent)
 
 void ConnectionNotice::show(const StatusState &state)
 {
+    const bool wasAbsent = mState.service == Service::absent;
+    mState = state;
+    const bool isAbsent = state.service == Service::absent;
+    if (!isAbsent)
+        mCanStart = mHasStartFailed = false;
+    updateWidgets();
+    if (isAbsent && !wasAbsent)
+        Q_EMIT serviceMissed();
+}
+
+void ConnectionNotice::setCanStartService(bool canStart)
+{
+    mCanStart = canStart && mState.service == Service::absent;
+    updateWidgets();
+}
+
+void ConnectionNotice::showStartFailure()
+{
+    mHasStartFailed = mState.service == Service::absent;
+    updateWidgets();
+}
+
+void ConnectionNotice::updateWidgets()
+{
     constexpr int symbolSize = 24;
-    const bool isWithoutService = state.service == Service::silent || state.service == Service::absent;
-    const bool isWithoutKeyboard = state.service == Service::running && !state.isAttached;
+    const bool isWithoutService = mState.service == Service::silent || mState.service == Service::absent;
+    const bool isWithoutKeyboard = mState.service == Service::running && !mState.isAttached;
     const bool wasHidden = isHidden();
     setVisible(isWithoutService || isWithoutKeyboard);
     if (isHidden() != wasHidden)
@@ -53,7 +79,18 @@ void ConnectionNotice::show(const StatusState &state)
         return;
     const Symbol symbol = isWithoutService ? Symbol::noService : Symbol::noKeyboard;
     mPicture->setPixmap(Symbols::icon(symbol).pixmap(QSize(symbolSize, symbolSize), devicePixelRatio()));
-    mText->setText(localizedText(isWithoutService ? "lkeyNoticeNoService" : "lkeyNoticeNoKeyboard"));
+    const char *text = isWithoutKeyboard ? "lkeyNoticeNoKeyboard"
+                       : mHasStartFailed ? "lkeyNoticeStartFailed"
+                       : mCanStart       ? "lkeyNoticeServiceStopped"
+                                         : "lkeyNoticeNoService";
+    mText->setText(localizedText(text));
     mKeyboards->setVisible(isWithoutKeyboard);
     mHelp->setVisible(isWithoutService);
+    // One button for both: the window has few letters left for Alt, and the header of a small one no room.
+    Mnemonics::setText(mHelp, localizedText(isStartOffered() ? "lkeyNoticeStart" : "lkeyNoticeHelp"));
+}
+
+bool ConnectionNotice::isStartOffered() const
+{
+    return mCanStart && !mHasStartFailed;
 }

@@ -8,6 +8,7 @@
 #include "app/keyboardmaintenancecontroller.h"
 #include "app/productlogo.h"
 #include "app/ruleprocess.h"
+#include "app/servicestart.h"
 #include "base/text.h"
 #include "keys/keyboardkeyscontroller.h"
 #include "keys/lightpreview.h"
@@ -17,6 +18,7 @@
 #include "platform/mnemonics.h"
 #include "platform/screenroom.h"
 #include "platform/scrolledpage.h"
+#include "platform/sessionbus.h"
 #include "platform/sheet.h"
 #include "platform/spacing.h"
 #include "platform/spinner.h"
@@ -171,6 +173,11 @@ QWidget *MainWindow::createNotice()
     connect(mOutlets.mConnectionNotice, &ConnectionNotice::keyboardsRequested, this, &MainWindow::openKeyboardChooser);
     connect(mOutlets.mConnectionNotice, &ConnectionNotice::helpRequested, this,
             [] { HelpViewer::gotoPage(u"problems.html"_s); });
+    auto *start = new ServiceStart(sharedSessionBus(), mOutlets.mConnectionNotice);
+    connect(mOutlets.mConnectionNotice, &ConnectionNotice::serviceMissed, start, &ServiceStart::look);
+    connect(mOutlets.mConnectionNotice, &ConnectionNotice::startRequested, start, &ServiceStart::start);
+    connect(start, &ServiceStart::found, mOutlets.mConnectionNotice, &ConnectionNotice::setCanStartService);
+    connect(start, &ServiceStart::failed, mOutlets.mConnectionNotice, &ConnectionNotice::showStartFailure);
     return mOutlets.mConnectionNotice;
 }
 

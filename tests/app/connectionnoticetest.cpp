@@ -2,10 +2,14 @@
 // The header's notice without a keyboard and without its service.
 #include "app/connectionnotice.h"
 
+#include "app/servicestart.h"
 #include "app/statusreporter.h"
 #include "base/text.h"
 #include "tests/support/testmain.h"
 
+#include <QDBusConnection>
+#include <QDBusContext>
+#include <QDBusObjectPath>
 #include <QLabel>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -13,6 +17,66 @@
 
 using namespace Qt::StringLiterals;
 using Service = StatusState::Service;
+
+namespace {
+
+const QString unit = u"quill-kestra-daemon.service"_s;
+
+/// A simulated service manager of the user, on the test's bus during its lifetime.
+class ServiceManager : public QObject, protected QDBusContext
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.systemd1.Manager")
+
+public:
+    ServiceManager() : mBus(QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"manager"_s))
+    {
+        mBus.registerObject(u"/org/freedesktop/systemd1"_s, this, QDBusConnection::ExportScriptableSlots);
+        isOnBus = mBus.registerService(u"org.freedesktop.systemd1"_s);
+    }
+    ~ServiceManager() override
+    {
+        mBus.unregisterService(u"org.freedesktop.systemd1"_s);
+        QDBusConnection::disconnectFromBus(u"manager"_s);
+    }
+
+    bool isOnBus = false;
+    QString state = u"enabled"_s; ///< of the unit's file; empty: it is not installed
+    bool refusesStart = false;
+    QStringList calls;
+
+public Q_SLOTS:
+    Q_SCRIPTABLE QString GetUnitFileState(const QString &name)
+    {
+        if (state.isEmpty() || name != unit)
+            sendErrorReply(u"org.freedesktop.DBus.Error.FileNotFound"_s);
+        return state;
+    }
+    Q_SCRIPTABLE void ResetFailedUnit(const QString &name) { calls += u"reset "_s + name; }
+    Q_SCRIPTABLE QDBusObjectPath StartUnit(const QString &name, const QString &mode)
+    {
+        calls += u"start "_s + name + u' ' + mode;
+        if (refusesStart)
+            sendErrorReply(QDBusError::AccessDenied);
+        return QDBusObjectPath(u"/org/freedesktop/systemd1/job/7"_s);
+    }
+
+private:
+    QDBusConnection mBus;
+};
+
+/// The visible buttons of a notice, and its text.
+QStringList offersOf(const ConnectionNotice &notice)
+{
+    QStringList offers{notice.findChild<QLabel *>(u"mConnectionNoticeText"_s)->text()};
+    for (const QPushButton *button : notice.findChildren<QPushButton *>()) {
+        if (!button->isHidden())
+            offers += button->text();
+    }
+    return offers;
+}
+
+} // namespace
 
 class ConnectionNoticeTest : public QObject
 {
@@ -57,6 +121,92 @@ private Q_SLOTS:
         // It ends with its reason.
         reporter.setState({.service = Service::running, .isAttached = true});
         QVERIFY(notice.isHidden());
+    }
+
+    void offersToStartAStoppedService()
+    {
+        const QStringList help{u"The keyboard service does not respond."_s, u"Troubleshooting"_s};
+        const QStringList start{u"The keyboard service is not running."_s, u"Start"_s};
+        const QStringList failure{u"The keyboard service could not be started."_s, u"Troubleshooting"_s};
+        ConnectionNotice notice;
+        QSignalSpy missed(&notice, &ConnectionNotice::serviceMissed);
+        QSignalSpy requested(&notice, &ConnectionNotice::startRequested);
+        notice.setCanStartService(true); // too early: the service has not been missed
+        notice.show({.service = Service::absent});
+        QCOMPARE(missed.size(), 1);
+        QCOMPARE(offersOf(notice), help);
+        notice.setCanStartService(true);
+        QCOMPARE(offersOf(notice), start);
+        notice.show({.service = Service::absent, .isAttached = true});
+        QCOMPARE(missed.size(), 1);
+        QCOMPARE(offersOf(notice), start);
+        notice.findChild<QPushButton *>(u"mConnectionNoticeHelp"_s)->click();
+        QCOMPARE(requested.size(), 1);
+        notice.showStartFailure();
+        QCOMPARE(offersOf(notice), failure);
+        // A service that ran meanwhile can be started again.
+        notice.show({.service = Service::running, .isAttached = true});
+        QVERIFY(notice.isHidden());
+        notice.show({.service = Service::absent});
+        QCOMPARE(missed.size(), 2);
+        QCOMPARE(offersOf(notice), help);
+        notice.setCanStartService(false);
+        QCOMPARE(offersOf(notice), help);
+        // One that hangs is running.
+        notice.show({.service = Service::silent});
+        notice.setCanStartService(true);
+        QCOMPARE(offersOf(notice), help);
+    }
+
+    void findsTheServiceOfTheServiceManager_data()
+    {
+        QTest::addColumn<QString>("state");
+        QTest::addColumn<bool>("canStart");
+        QTest::newRow("enabled") << u"enabled"_s << true;
+        QTest::newRow("disabled") << u"disabled"_s << true;
+        QTest::newRow("masked") << u"masked"_s << false;
+        QTest::newRow("masked until the end of the session") << u"masked-runtime"_s << false;
+        QTest::newRow("not installed") << QString() << false;
+    }
+
+    void findsTheServiceOfTheServiceManager()
+    {
+        QFETCH(QString, state);
+        ServiceManager manager;
+        QVERIFY(manager.isOnBus);
+        manager.state = state;
+        ServiceStart start(QDBusConnection::sessionBus());
+        QSignalSpy found(&start, &ServiceStart::found);
+        start.look();
+        QTRY_COMPARE(found.size(), 1);
+        QTEST(found.first().first().toBool(), "canStart");
+        QCOMPARE(manager.calls, QStringList());
+    }
+
+    void findsNothingWithoutAServiceManager()
+    {
+        ServiceStart start(QDBusConnection::sessionBus());
+        QSignalSpy found(&start, &ServiceStart::found);
+        start.look();
+        QTRY_COMPARE(found.size(), 1);
+        QCOMPARE(found.first().first().toBool(), false);
+        QSignalSpy failed(&start, &ServiceStart::failed);
+        start.start();
+        QTRY_COMPARE(failed.size(), 1);
+    }
+
+    void startsTheService()
+    {
+        ServiceManager manager;
+        ServiceStart start(QDBusConnection::sessionBus());
+        QSignalSpy failed(&start, &ServiceStart::failed);
+        start.start();
+        const QStringList calls{u"reset "_s + unit, u"start "_s + unit + u" replace"_s};
+        QTRY_COMPARE(manager.calls, calls);
+        manager.refusesStart = true;
+        start.start();
+        QTRY_COMPARE(failed.size(), 1); // the first start has been answered before
+        QCOMPARE(manager.calls, calls + calls);
     }
 
     void buttonsOpenTheChooserAndTheHelp()

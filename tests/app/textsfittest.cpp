@@ -124,9 +124,11 @@ private slots:
             QCoreApplication::processEvents();
             cut += cutTexts(hub.window.get());
         }
-        for (const auto service : {StatusState::Service::running, StatusState::Service::silent}) {
+        for (const auto service :
+             {StatusState::Service::running, StatusState::Service::silent, StatusState::Service::absent}) {
             auto *notice = hub.find<ConnectionNotice>("mConnectionNotice");
             notice->show({.service = service});
+            notice->setCanStartService(true);
             QCoreApplication::processEvents();
             QVERIFY(notice->isVisible());
             cut += cutTexts(hub.window.get());

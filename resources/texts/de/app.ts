@@ -102,6 +102,9 @@
     <message id="lkeyNoticeNoKeyboard"><source>lkeyNoticeNoKeyboard</source><translation>Keine Tastatur: bitte anschließen oder eine andere wählen.</translation></message>
     <message id="lkeyNoticeNoService"><source>lkeyNoticeNoService</source><translation>Der Tastaturdienst antwortet nicht.</translation></message>
     <message id="lkeyNoticeHelp"><source>lkeyNoticeHelp</source><translation>Abhilfe</translation></message>
+    <message id="lkeyNoticeStart"><source>lkeyNoticeStart</source><translation>Starten</translation></message>
+    <message id="lkeyNoticeServiceStopped"><source>lkeyNoticeServiceStopped</source><translation>Der Tastaturdienst läuft nicht.</translation></message>
+    <message id="lkeyNoticeStartFailed"><source>lkeyNoticeStartFailed</source><translation>Der Tastaturdienst konnte nicht gestartet werden.</translation></message>
     <message id="lkeyMaintenanceElsewhere"><source>lkeyMaintenanceElsewhere</source><translation>Versionen und Standardeinstellungen finden Sie auf dem Reiter „Beleuchtung“.</translation></message>
     <message id="lkeyFileAddProfile"><source>lkeyFileAddProfile</source><translation>Das Profil „%@“ hinzufügen?</translation></message>
     <message id="lkeyFileAddMacro"><source>lkeyFileAddMacro</source><translation>Das Makro „%@“ hinzufügen?</translation></message>

@@ -102,6 +102,9 @@
     <message id="lkeyNoticeNoKeyboard"><source>lkeyNoticeNoKeyboard</source><translation>No keyboard. Connect it, or choose another one.</translation></message>
     <message id="lkeyNoticeNoService"><source>lkeyNoticeNoService</source><translation>The keyboard service does not respond.</translation></message>
     <message id="lkeyNoticeHelp"><source>lkeyNoticeHelp</source><translation>Troubleshooting</translation></message>
+    <message id="lkeyNoticeStart"><source>lkeyNoticeStart</source><translation>Start</translation></message>
+    <message id="lkeyNoticeServiceStopped"><source>lkeyNoticeServiceStopped</source><translation>The keyboard service is not running.</translation></message>
+    <message id="lkeyNoticeStartFailed"><source>lkeyNoticeStartFailed</source><translation>The keyboard service could not be started.</translation></message>
     <message id="lkeyMaintenanceElsewhere"><source>lkeyMaintenanceElsewhere</source><translation>The Lighting tab has the versions and the default settings.</translation></message>
     <message id="lkeyFileAddProfile"><source>lkeyFileAddProfile</source><translation>Add the profile “%@”?</translation></message>
     <message id="lkeyFileAddMacro"><source>lkeyFileAddMacro</source><translation>Add the macro “%@”?</translation></message>

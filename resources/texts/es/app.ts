@@ -102,6 +102,9 @@
     <message id="lkeyNoticeNoKeyboard"><source>lkeyNoticeNoKeyboard</source><translation>No hay teclado. Conéctelo o elija otro.</translation></message>
     <message id="lkeyNoticeNoService"><source>lkeyNoticeNoService</source><translation>El servicio del teclado no responde.</translation></message>
     <message id="lkeyNoticeHelp"><source>lkeyNoticeHelp</source><translation>Qué hacer</translation></message>
+    <message id="lkeyNoticeStart"><source>lkeyNoticeStart</source><translation>Iniciar</translation></message>
+    <message id="lkeyNoticeServiceStopped"><source>lkeyNoticeServiceStopped</source><translation>El servicio del teclado no está en marcha.</translation></message>
+    <message id="lkeyNoticeStartFailed"><source>lkeyNoticeStartFailed</source><translation>No se ha podido iniciar el servicio del teclado.</translation></message>
     <message id="lkeyMaintenanceElsewhere"><source>lkeyMaintenanceElsewhere</source><translation>Las versiones y los ajustes predeterminados están en la pestaña Iluminación.</translation></message>
     <message id="lkeyFileAddProfile"><source>lkeyFileAddProfile</source><translation>¿Añadir el perfil «%@»?</translation></message>
     <message id="lkeyFileAddMacro"><source>lkeyFileAddMacro</source><translation>¿Añadir la macro «%@»?</translation></message>

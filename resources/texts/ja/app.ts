@@ -102,6 +102,9 @@
     <message id="lkeyNoticeNoKeyboard"><source>lkeyNoticeNoKeyboard</source><translation>キーボードがありません。接続するか、別のものを選んでください。</translation></message>
     <message id="lkeyNoticeNoService"><source>lkeyNoticeNoService</source><translation>キーボードのサービスが応答しません。</translation></message>
     <message id="lkeyNoticeHelp"><source>lkeyNoticeHelp</source><translation>対処方法</translation></message>
+    <message id="lkeyNoticeStart"><source>lkeyNoticeStart</source><translation>起動</translation></message>
+    <message id="lkeyNoticeServiceStopped"><source>lkeyNoticeServiceStopped</source><translation>キーボードのサービスが起動していません。</translation></message>
+    <message id="lkeyNoticeStartFailed"><source>lkeyNoticeStartFailed</source><translation>キーボードのサービスを起動できませんでした。</translation></message>
     <message id="lkeyMaintenanceElsewhere"><source>lkeyMaintenanceElsewhere</source><translation>バージョンとデフォルトの設定は「ライティング」タブにあります。</translation></message>
     <message id="lkeyFileAddProfile"><source>lkeyFileAddProfile</source><translation>プロファイル「%@」を追加しますか?</translation></message>
     <message id="lkeyFileAddMacro"><source>lkeyFileAddMacro</source><translation>マクロ「%@」を追加しますか?</translation></message>
