@@ -13,8 +13,11 @@
 using namespace Qt::StringLiterals;
 using Service = StatusState::Service;
 
-ConnectionNotice::ConnectionNotice(QWidget *parent) : QWidget(parent)
+ConnectionNotice::ConnectionNotice(QWidget *parent, std::chrono::milliseconds startLimit) : QWidget(parent)
 {
+    mStartLimit.setSingleShot(true);
+    mStartLimit.setInterval(startLimit);
+    connect(&mStartLimit, &QTimer::timeout, this, &ConnectionNotice::showStartFailure);
     setObjectName("mConnectionNotice"_L1);
     mPicture = new QLabel;
     mText = new QLabel;
@@ -29,8 +32,7 @@ ConnectionNotice::ConnectionNotice(QWidget *parent) : QWidget(parent)
     connect(mKeyboards, &QPushButton::clicked, this, &ConnectionNotice::keyboardsRequested);
     mHelp = new QPushButton(localizedText("lkeyNoticeHelp"));
     mHelp->setObjectName("mConnectionNoticeHelp"_L1);
-    connect(mHelp, &QPushButton::clicked, this,
-            [this] { isStartOffered() ? Q_EMIT startRequested() : Q_EMIT helpRequested(); });
+    connect(mHelp, &QPushButton::clicked, this, &ConnectionNotice::clickHelp);
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins({});
     row->setSpacing(Spacing::normal);
@@ -47,23 +49,51 @@ void ConnectionNotice::show(const StatusState &state)
     const bool wasAbsent = mState.service == Service::absent;
     mState = state;
     const bool isAbsent = state.service == Service::absent;
-    if (!isAbsent)
-        mCanStart = mHasStartFailed = false;
-    updateWidgets();
+    setStart(isAbsent ? mStart : Start::unknown);
     if (isAbsent && !wasAbsent)
         Q_EMIT serviceMissed();
 }
 
 void ConnectionNotice::setCanStartService(bool canStart)
 {
-    mCanStart = canStart && mState.service == Service::absent;
-    updateWidgets();
+    if (mState.service == Service::absent)
+        setStart(canStart ? Start::possible : Start::unknown);
 }
 
 void ConnectionNotice::showStartFailure()
 {
-    mHasStartFailed = mState.service == Service::absent;
+    if (mStart == Start::requested)
+        setStart(Start::failed);
+}
+
+void ConnectionNotice::setStart(Start start)
+{
+    mStart = start;
     updateWidgets();
+}
+
+void ConnectionNotice::clickHelp()
+{
+    if (mStart != Start::possible) {
+        Q_EMIT helpRequested();
+        return;
+    }
+    setStart(Start::requested);
+    mStartLimit.start();
+    Q_EMIT startRequested();
+}
+
+const char *ConnectionNotice::textKey() const
+{
+    if (mState.service == Service::running)
+        return "lkeyNoticeNoKeyboard";
+    switch (mStart) {
+    case Start::unknown: break;
+    case Start::possible: return "lkeyNoticeServiceStopped";
+    case Start::requested: return "lkeyNoticeServiceStarting";
+    case Start::failed: return "lkeyNoticeStartFailed";
+    }
+    return "lkeyNoticeNoService";
 }
 
 void ConnectionNotice::updateWidgets()
@@ -79,18 +109,11 @@ void ConnectionNotice::updateWidgets()
         return;
     const Symbol symbol = isWithoutService ? Symbol::noService : Symbol::noKeyboard;
     mPicture->setPixmap(Symbols::icon(symbol).pixmap(QSize(symbolSize, symbolSize), devicePixelRatio()));
-    const char *text = isWithoutKeyboard ? "lkeyNoticeNoKeyboard"
-                       : mHasStartFailed ? "lkeyNoticeStartFailed"
-                       : mCanStart       ? "lkeyNoticeServiceStopped"
-                                         : "lkeyNoticeNoService";
-    mText->setText(localizedText(text));
+    mText->setText(localizedText(textKey()));
     mKeyboards->setVisible(isWithoutKeyboard);
     mHelp->setVisible(isWithoutService);
     // One button for both: the window has few letters left for Alt, and the header of a small one no room.
-    Mnemonics::setText(mHelp, localizedText(isStartOffered() ? "lkeyNoticeStart" : "lkeyNoticeHelp"));
-}
-
-bool ConnectionNotice::isStartOffered() const
-{
-    return mCanStart && !mHasStartFailed;
+    const bool isStart = mStart == Start::possible || mStart == Start::requested;
+    Mnemonics::setText(mHelp, localizedText(isStart ? "lkeyNoticeStart" : "lkeyNoticeHelp"));
+    mHelp->setEnabled(mStart != Start::requested);
 }

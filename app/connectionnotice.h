@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: MIT
 // The part of the header that says what to do without a keyboard or without its service, and offers it. It is empty
-// otherwise. It offers to start the service once it knows that this is possible. Owned by the window; main thread only.
+// otherwise. It offers to start the service once it knows that this is possible, and shows whether the service comes.
+// Owned by the window; main thread only.
 #pragma once
 
 #include "app/statuswords.h"
 
+#include <QTimer>
 #include <QWidget>
+
+#include <chrono>
 
 class QLabel;
 class QPushButton;
@@ -15,7 +19,9 @@ class ConnectionNotice : public QWidget
     Q_OBJECT
 
 public:
-    explicit ConnectionNotice(QWidget *parent = nullptr);
+    /// A service that has not come `startLimit` after its start was requested counts as a failure.
+    explicit ConnectionNotice(QWidget *parent = nullptr,
+                              std::chrono::milliseconds startLimit = std::chrono::seconds(10));
 
     void show(const StatusState &state);
     /// Whether the user can start the service from here. Applies until the service runs.
@@ -30,14 +36,18 @@ Q_SIGNALS:
     void shown();              ///< or hidden again
 
 private:
+    enum class Start { unknown, possible, requested, failed };
+
+    void setStart(Start start);
+    void clickHelp();
     void updateWidgets();
-    [[nodiscard]] bool isStartOffered() const;
+    [[nodiscard]] const char *textKey() const;
 
     QLabel *mPicture = nullptr;
     QLabel *mText = nullptr;
     QPushButton *mKeyboards = nullptr;
     QPushButton *mHelp = nullptr; ///< or starts the service
     StatusState mState;
-    bool mCanStart = false;
-    bool mHasStartFailed = false;
+    Start mStart = Start::unknown; ///< of the service; unknown while one runs
+    QTimer mStartLimit;
 };

@@ -20,7 +20,7 @@ public:
 
     /// Asks whether the service manager has the service and may start it. Emits found() with the answer.
     void look();
-    /// Emits failed() if the service manager refuses. It does not report a service that ends at once.
+    /// Emits failed() if the service manager refuses. A service that does not come has no signal.
     void start();
 
 Q_SIGNALS:

@@ -14,8 +14,12 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
+
+#include <chrono>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 using Service = StatusState::Service;
 
 namespace {
@@ -127,6 +131,7 @@ private Q_SLOTS:
     {
         const QStringList help{u"The keyboard service does not respond."_s, u"Troubleshooting"_s};
         const QStringList start{u"The keyboard service is not running."_s, u"Start"_s};
+        const QStringList starting{u"The keyboard service is starting…"_s, u"Start"_s};
         const QStringList failure{u"The keyboard service could not be started."_s, u"Troubleshooting"_s};
         ConnectionNotice notice;
         QSignalSpy missed(&notice, &ConnectionNotice::serviceMissed);
@@ -140,10 +145,19 @@ private Q_SLOTS:
         notice.show({.service = Service::absent, .isAttached = true});
         QCOMPARE(missed.size(), 1);
         QCOMPARE(offersOf(notice), start);
-        notice.findChild<QPushButton *>(u"mConnectionNoticeHelp"_s)->click();
+        auto *button = notice.findChild<QPushButton *>(u"mConnectionNoticeHelp"_s);
+        button->click();
         QCOMPARE(requested.size(), 1);
+        QCOMPARE(offersOf(notice), starting);
+        QVERIFY(!button->isEnabled());
+        notice.show({.service = Service::absent, .isAttached = true});
+        QCOMPARE(offersOf(notice), starting);
         notice.showStartFailure();
         QCOMPARE(offersOf(notice), failure);
+        QSignalSpy helped(&notice, &ConnectionNotice::helpRequested);
+        button->click();
+        QCOMPARE(helped.size(), 1);
+        QCOMPARE(requested.size(), 1);
         // A service that ran meanwhile can be started again.
         notice.show({.service = Service::running, .isAttached = true});
         QVERIFY(notice.isHidden());
@@ -156,6 +170,34 @@ private Q_SLOTS:
         notice.show({.service = Service::silent});
         notice.setCanStartService(true);
         QCOMPARE(offersOf(notice), help);
+    }
+
+    void aServiceThatDoesNotComeCouldNotBeStarted()
+    {
+        ConnectionNotice notice(nullptr, 1ms);
+        notice.show({.service = Service::absent});
+        notice.setCanStartService(true);
+        notice.findChild<QPushButton *>(u"mConnectionNoticeHelp"_s)->click();
+        QTRY_COMPARE(offersOf(notice),
+                     (QStringList{u"The keyboard service could not be started."_s, u"Troubleshooting"_s}));
+    }
+
+    void aServiceThatHasComeWasStarted()
+    {
+        ConnectionNotice notice(nullptr, 1ms);
+        notice.show({.service = Service::absent});
+        notice.setCanStartService(true);
+        notice.findChild<QPushButton *>(u"mConnectionNoticeHelp"_s)->click();
+        notice.show({.service = Service::running});
+        // The limit ends before this timer, which starts later.
+        QTimer later;
+        later.setSingleShot(true);
+        QSignalSpy passed(&later, &QTimer::timeout);
+        later.start(1ms);
+        QTRY_COMPARE(passed.size(), 1);
+        QCOMPARE(offersOf(notice), (QStringList{u"No keyboard. Connect it, or choose another one."_s, u"Keyboard…"_s}));
+        notice.show({.service = Service::absent});
+        QCOMPARE(offersOf(notice), (QStringList{u"The keyboard service does not respond."_s, u"Troubleshooting"_s}));
     }
 
     void findsTheServiceOfTheServiceManager_data()

@@ -14,6 +14,7 @@
 
 #include <QDir>
 #include <QLabel>
+#include <QPushButton>
 #include <QTabWidget>
 #include <QTest>
 
@@ -124,9 +125,11 @@ private slots:
             QCoreApplication::processEvents();
             cut += cutTexts(hub.window.get());
         }
+        auto *notice = hub.find<ConnectionNotice>("mConnectionNotice");
+        // This test answers instead of the service manager.
+        disconnect(notice, &ConnectionNotice::serviceMissed, nullptr, nullptr);
         for (const auto service :
              {StatusState::Service::running, StatusState::Service::silent, StatusState::Service::absent}) {
-            auto *notice = hub.find<ConnectionNotice>("mConnectionNotice");
             notice->show({.service = service});
             notice->setCanStartService(true);
             QCoreApplication::processEvents();
@@ -135,6 +138,17 @@ private slots:
             const auto *last = hub.find<QWidget>("mHelpButton");
             QVERIFY(last->mapTo(hub.window.get(), last->rect().bottomRight()).x() < hub.window->width());
         }
+        disconnect(notice, &ConnectionNotice::startRequested, nullptr, nullptr);
+        auto *start = hub.find<QPushButton>("mConnectionNoticeHelp");
+        QVERIFY(start->isEnabled());
+        start->click();
+        QVERIFY(!start->isEnabled());
+        QCoreApplication::processEvents();
+        cut += cutTexts(hub.window.get());
+        notice->showStartFailure();
+        QVERIFY(start->isEnabled());
+        QCoreApplication::processEvents();
+        cut += cutTexts(hub.window.get());
         for (Sheet *sheet : hub.window->findChildren<Sheet *>()) {
             sheet->beginSheet(hub.window.get());
             QVERIFY(QTest::qWaitForWindowExposed(sheet));

@@ -104,6 +104,7 @@
     <message id="lkeyNoticeHelp"><source>lkeyNoticeHelp</source><translation>Abhilfe</translation></message>
     <message id="lkeyNoticeStart"><source>lkeyNoticeStart</source><translation>Starten</translation></message>
     <message id="lkeyNoticeServiceStopped"><source>lkeyNoticeServiceStopped</source><translation>Der Tastaturdienst läuft nicht.</translation></message>
+    <message id="lkeyNoticeServiceStarting"><source>lkeyNoticeServiceStarting</source><translation>Der Tastaturdienst wird gestartet …</translation></message>
     <message id="lkeyNoticeStartFailed"><source>lkeyNoticeStartFailed</source><translation>Der Tastaturdienst konnte nicht gestartet werden.</translation></message>
     <message id="lkeyMaintenanceElsewhere"><source>lkeyMaintenanceElsewhere</source><translation>Versionen und Standardeinstellungen finden Sie auf dem Reiter „Beleuchtung“.</translation></message>
     <message id="lkeyFileAddProfile"><source>lkeyFileAddProfile</source><translation>Das Profil „%@“ hinzufügen?</translation></message>

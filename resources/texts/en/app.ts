@@ -104,6 +104,7 @@
     <message id="lkeyNoticeHelp"><source>lkeyNoticeHelp</source><translation>Troubleshooting</translation></message>
     <message id="lkeyNoticeStart"><source>lkeyNoticeStart</source><translation>Start</translation></message>
     <message id="lkeyNoticeServiceStopped"><source>lkeyNoticeServiceStopped</source><translation>The keyboard service is not running.</translation></message>
+    <message id="lkeyNoticeServiceStarting"><source>lkeyNoticeServiceStarting</source><translation>The keyboard service is starting…</translation></message>
     <message id="lkeyNoticeStartFailed"><source>lkeyNoticeStartFailed</source><translation>The keyboard service could not be started.</translation></message>
     <message id="lkeyMaintenanceElsewhere"><source>lkeyMaintenanceElsewhere</source><translation>The Lighting tab has the versions and the default settings.</translation></message>
     <message id="lkeyFileAddProfile"><source>lkeyFileAddProfile</source><translation>Add the profile “%@”?</translation></message>

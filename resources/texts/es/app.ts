@@ -104,6 +104,7 @@
     <message id="lkeyNoticeHelp"><source>lkeyNoticeHelp</source><translation>Qué hacer</translation></message>
     <message id="lkeyNoticeStart"><source>lkeyNoticeStart</source><translation>Iniciar</translation></message>
     <message id="lkeyNoticeServiceStopped"><source>lkeyNoticeServiceStopped</source><translation>El servicio del teclado no está en marcha.</translation></message>
+    <message id="lkeyNoticeServiceStarting"><source>lkeyNoticeServiceStarting</source><translation>El servicio del teclado se está iniciando…</translation></message>
     <message id="lkeyNoticeStartFailed"><source>lkeyNoticeStartFailed</source><translation>No se ha podido iniciar el servicio del teclado.</translation></message>
     <message id="lkeyMaintenanceElsewhere"><source>lkeyMaintenanceElsewhere</source><translation>Las versiones y los ajustes predeterminados están en la pestaña Iluminación.</translation></message>
     <message id="lkeyFileAddProfile"><source>lkeyFileAddProfile</source><translation>¿Añadir el perfil «%@»?</translation></message>

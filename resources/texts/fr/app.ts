@@ -104,6 +104,7 @@
     <message id="lkeyNoticeHelp"><source>lkeyNoticeHelp</source><translation>Que faire ?</translation></message>
     <message id="lkeyNoticeStart"><source>lkeyNoticeStart</source><translation>Démarrer</translation></message>
     <message id="lkeyNoticeServiceStopped"><source>lkeyNoticeServiceStopped</source><translation>Le service du clavier n’est pas en marche.</translation></message>
+    <message id="lkeyNoticeServiceStarting"><source>lkeyNoticeServiceStarting</source><translation>Le service du clavier démarre…</translation></message>
     <message id="lkeyNoticeStartFailed"><source>lkeyNoticeStartFailed</source><translation>Le service du clavier n’a pas pu démarrer.</translation></message>
     <message id="lkeyMaintenanceElsewhere"><source>lkeyMaintenanceElsewhere</source><translation>Les versions et les réglages par défaut se trouvent dans l’onglet Éclairage.</translation></message>
     <message id="lkeyFileAddProfile"><source>lkeyFileAddProfile</source><translation>Ajouter le profil « %@ » ?</translation></message>

@@ -104,6 +104,7 @@
     <message id="lkeyNoticeHelp"><source>lkeyNoticeHelp</source><translation>対処方法</translation></message>
     <message id="lkeyNoticeStart"><source>lkeyNoticeStart</source><translation>起動</translation></message>
     <message id="lkeyNoticeServiceStopped"><source>lkeyNoticeServiceStopped</source><translation>キーボードのサービスが起動していません。</translation></message>
+    <message id="lkeyNoticeServiceStarting"><source>lkeyNoticeServiceStarting</source><translation>キーボードのサービスを起動しています…</translation></message>
     <message id="lkeyNoticeStartFailed"><source>lkeyNoticeStartFailed</source><translation>キーボードのサービスを起動できませんでした。</translation></message>
     <message id="lkeyMaintenanceElsewhere"><source>lkeyMaintenanceElsewhere</source><translation>バージョンとデフォルトの設定は「ライティング」タブにあります。</translation></message>
     <message id="lkeyFileAddProfile"><source>lkeyFileAddProfile</source><translation>プロファイル「%@」を追加しますか?</translation></message>

@@ -104,6 +104,7 @@
     <message id="lkeyNoticeHelp"><source>lkeyNoticeHelp</source><translation>解决方法</translation></message>
     <message id="lkeyNoticeStart"><source>lkeyNoticeStart</source><translation>启动</translation></message>
     <message id="lkeyNoticeServiceStopped"><source>lkeyNoticeServiceStopped</source><translation>键盘服务未运行。</translation></message>
+    <message id="lkeyNoticeServiceStarting"><source>lkeyNoticeServiceStarting</source><translation>正在启动键盘服务…</translation></message>
     <message id="lkeyNoticeStartFailed"><source>lkeyNoticeStartFailed</source><translation>无法启动键盘服务。</translation></message>
     <message id="lkeyMaintenanceElsewhere"><source>lkeyMaintenanceElsewhere</source><translation>版本信息和默认设置位于“灯光”标签页。</translation></message>
     <message id="lkeyFileAddProfile"><source>lkeyFileAddProfile</source><translation>要添加配置文件“%@”吗？</translation></message>
