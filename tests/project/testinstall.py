@@ -88,6 +88,13 @@ class Installation(unittest.TestCase):
         icon = next(line for line in entry if line.startswith("Icon=")).removeprefix("Icon=")
         self.assertTrue((self.prefix / f"share/icons/hicolor/scalable/apps/{icon}.svg").is_file())
 
+    def test_the_desktop_entry_opens_a_file_of_each_type(self):
+        entry = (self.prefix / "share/applications/org.quillkestra.Configurator.desktop").read_text().splitlines()
+        self.assertIn("Exec=kestra-configurator %f", entry)
+        opened = next(line for line in entry if line.startswith("MimeType=")).removeprefix("MimeType=")
+        types = ElementTree.parse(self.prefix / "share/mime/packages/org.quillkestra.Configurator.xml").getroot()
+        self.assertEqual(opened, "".join(each.get("type") + ";" for each in types))
+
     def unit(self, prefix=None):
         return ((prefix or self.prefix) / "lib/systemd/user/quill-kestra-daemon.service").read_text()
 
