@@ -30,7 +30,7 @@ ROOT_MODULES = ["nfit", "nd-pmem", "crc32c-generic", "ext4"]
 MODULES = [*ROOT_MODULES, "evdev", "uinput", "hid", "uhid", "hid-generic", "autofs4"]
 
 KERNEL_ARGUMENTS = ["console=ttyS0", "quiet", "panic=-1", "random.trust_cpu=on", "systemd.show_status=no",
-                    "systemd.wants=kestra-system.service",
+                    "mem_sleep_default=deep", "systemd.wants=kestra-system.service",
                     # The report has the console to itself, and nothing else happens beside it.
                     "systemd.mask=serial-getty@ttyS0.service", "systemd.mask=apt-daily.timer",
                     "systemd.mask=apt-daily-upgrade.timer", "systemd.mask=fstrim.timer"]
@@ -52,7 +52,7 @@ def make_payload(payload, packages, modules_folder, modules):
     for name in PACKAGES:
         shutil.copy(package_file(packages, name), payload / "packages" / f"{name}.deb")
         make_lower_version(packages, name, payload / "packages/lower" / f"{name}.deb")
-    for name in ("driver.py", "scenarios.py"):
+    for name in ("agent.py", "driver.py", "scenarios.py"):
         (payload / "system").mkdir(exist_ok=True)
         shutil.copy(HERE / "guest" / name, payload / "system" / name)
     units = payload / "etc/systemd/system"
@@ -101,6 +101,8 @@ def boot(kernel, archive, image):
     command = [vm.program("qemu-system-x86_64"), *accelerator, "-machine", "pc,nvdimm=on",
                "-m", "1024M,slots=2,maxmem=4G", "-smp", "1", "-display", "none", "-nodefaults", "-vga", "std",
                "-no-reboot", "-serial", "stdio", "-kernel", kernel, "-initrd", archive,
+               # This clock wakes the machine from a sleep, in which it counts no instructions.
+               "-rtc", "clock=host",
                # Not shared: what the machine writes is gone with it.
                "-object", f"memory-backend-file,id=root,mem-path={image},size={size},share=off",
                "-device", "nvdimm,id=root-module,memdev=root",

@@ -13,8 +13,8 @@ SYSTEMS = Path(__file__).resolve().parents[2] / "build" / "system"
 PACKAGES = ("quill-kestra", "quill-kestra-daemon")
 LOWER_VERSION = "0.9"
 # The packages that ours only recommend, and those that a machine with a seat has.
-SEAT = ("acl", "dbus", "dbus-user-session", "kmod", "libpam-systemd", "pkexec", "polkitd", "python3", "rtkit", "systemd",
-        "systemd-sysv", "udev")
+SEAT = ("acl", "dbus", "dbus-user-session", "kmod", "libpam-systemd", "pkexec", "polkitd", "python3", "python3-gi", "rtkit",
+        "systemd", "systemd-sysv", "udev")
 
 
 def run(*command, **options):
@@ -52,6 +52,14 @@ def needed_packages(folder):
     return sorted((names - set(PACKAGES)) | set(SEAT))
 
 
+def package_sources():
+    """The files with the package sources of this machine."""
+    folder = Path("/etc/apt")
+    files = [folder / "sources.list", *sorted((folder / "sources.list.d").glob("*.list")),
+             *sorted((folder / "sources.list.d").glob("*.sources"))]
+    return [file for file in files if file.is_file()]
+
+
 def system_archive(folder):
     """A Debian with the dependencies of the packages in this folder, without them, as an archive."""
     names = ",".join(needed_packages(folder))
@@ -60,7 +68,8 @@ def system_archive(folder):
     if not archive.exists():
         new = archive.with_suffix(".new.tar")
         release = dict(line.split("=", 1) for line in Path("/etc/os-release").read_text().splitlines() if "=" in line)
-        run("mmdebstrap", "--variant=apt", f"--include={names}", release["VERSION_CODENAME"], new)
+        run("mmdebstrap", "--variant=apt", f"--include={names}", release["VERSION_CODENAME"], new,
+            *package_sources())
         new.rename(archive)
     return archive
 

@@ -33,9 +33,9 @@ def run(*command, check=True, **options):
     return result
 
 
-def wait_until(condition, what):
+def wait_until(condition, what, limit_seconds=LIMIT_SECONDS):
     """The first value of the condition that is true."""
-    deadline = time.monotonic() + LIMIT_SECONDS
+    deadline = time.monotonic() + limit_seconds
     while not (value := condition()):
         if time.monotonic() > deadline:
             raise AssertionError(f"it did not come: {what}")
@@ -147,9 +147,9 @@ class Reader:
             raise AssertionError(f"expected {changes}, got {tuple(found)}")
 
 
-def output():
-    """The keyboard of the daemon."""
-    return Reader(wait_until(lambda: node_of(OUTPUT), "the output device"))
+def output_node():
+    """The event device of the daemon's keyboard."""
+    return wait_until(lambda: node_of(OUTPUT), "the output device")
 
 
 def nodes_of_user(user):

@@ -2,13 +2,14 @@
 """The scenarios of the system suite, in their order: from the installation of the packages to their purge, with a user
 at the seat. Runs as root in the machine; each line of the report begins with "kestra-system: "."""
 
+import json
 import os
 import sys
 import time
 import traceback
 from pathlib import Path
 
-from driver import (Keyboard, Reader, User, node_of, nodes_of_user, output, run, wait_until)
+from driver import OUTPUT, Keyboard, Reader, User, node_of, nodes_of_user, output_node, run, wait_until
 
 HELPER = "/usr/libexec/quill-kestra-keyboard-rule"
 RULES = Path("/etc/udev/rules.d")
@@ -16,6 +17,13 @@ POLKIT_RULE = Path("/etc/polkit-1/rules.d/10-test.rules")
 SERVICE = "quill-kestra-daemon.service"
 REALTIME_KIT = "rtkit-daemon.service"
 SCHEDULER_POLICIES_WITH_REAL_TIME = (os.SCHED_FIFO, os.SCHED_RR)
+
+LONGEST_PAUSE_SECONDS = 600  # after which the daemon looks for the lost priority
+AGENT = "kestra-agent.service"
+AGENT_REPORT = Path("/tmp/kestra-agent")
+CANCELLED = 126  # pkexec's exit code when the user cancels
+SLEEP_HOOK = Path("/usr/lib/systemd/system-sleep/kestra-alarm")
+SLEEP_SECONDS = 10
 
 SCENARIOS = []
 user = User("user")
@@ -71,6 +79,54 @@ def polkit_answers(result):
     run("systemctl", "restart", "polkit.service")
 
 
+def log_out():
+    run("loginctl", "terminate-user", user.name)
+    wait_until(lambda: not Path(f"/run/user/{user.id}").exists(), "the end of the user's service manager")
+
+
+def log_in():
+    """The seat logs the user in by itself."""
+    run("systemctl", "restart", "getty@tty1.service")
+    wait_until(user.is_active, "the next session of the user")
+    wait_until(lambda: user.main_process() != 0, "the service")
+    wait_for_daemon()
+
+
+def expect_keys(node, *changes):
+    """A tap of the key A on the first keyboard comes out of this event device as these changes."""
+    reader = Reader(node)
+    keyboards["a"].tap("A")
+    reader.expect(*changes)
+    reader.close()
+
+
+def expect_assigned_key():
+    wait_for_use(keyboards["a"])
+    expect_keys(output_node(), "B down", "B up")
+
+
+def expect_own_key():
+    """The computer has the keyboard itself."""
+    wait_until(lambda: not keyboards["a"].is_grabbed(), "the keyboard is released")
+    expect_keys(keyboards["a"].node, "A down", "A up")
+
+
+def seconds_asleep():
+    """How long the machine has slept since its start."""
+    return time.clock_gettime(time.CLOCK_BOOTTIME) - time.clock_gettime(time.CLOCK_MONOTONIC)
+
+
+def threads_with_priority(process):
+    """How many threads of a process have real-time priority."""
+    tasks = [int(path.name) for path in Path(f"/proc/{process}/task").iterdir()]
+    policies = [os.sched_getscheduler(task) & ~os.SCHED_RESET_ON_FORK for task in tasks]
+    return sum(each in SCHEDULER_POLICIES_WITH_REAL_TIME for each in policies)
+
+
+def status_has_priority():
+    return json.loads(user.ctl("status", "--json"))["realTime"]
+
+
 def helper(*words):
     return user.run_in_session("pkexec", HELPER, *words, check=False)
 
@@ -93,13 +149,8 @@ def installation_enables_the_service_and_gives_the_right_to_type():
 
 @scenario
 def the_service_starts_with_the_next_session():
-    run("loginctl", "terminate-user", user.name)
-    wait_until(lambda: not Path(f"/run/user/{user.id}").exists(), "the end of the user's service manager")
-    # The seat logs the user in again by itself.
-    run("systemctl", "restart", "getty@tty1.service")
-    wait_until(user.is_active, "the next session of the user")
-    wait_until(lambda: user.main_process() != 0, "the service")
-    wait_for_daemon()
+    log_out()
+    log_in()
 
 
 @scenario
@@ -133,6 +184,18 @@ def polkit_refuses_the_rule():
     result = helper(keyboards["a"].node)
     check(result.returncode != 0, f"the helper ran: {result.stdout}")
     check_equal(real_rules(), [], "the rules")
+
+
+@scenario
+def a_user_who_cancels_gets_no_rule():
+    user.run("systemd-run", "--user", f"--unit={AGENT}", "--collect", f"--property=StandardOutput=file:{AGENT_REPORT}",
+             "python3", "-B", "/system/agent.py", user.session())
+    wait_until(lambda: AGENT_REPORT.exists() and "registered" in AGENT_REPORT.read_text(), "the agent")
+    result = helper(keyboards["a"].node)
+    check_equal(result.returncode, CANCELLED, f"the exit code of pkexec, which wrote {result.stdout!r}")
+    check_equal(AGENT_REPORT.read_text().split(), ["registered", "org.quillkestra.keyboard-rule"], "the questions")
+    check_equal(real_rules(), [], "the rules")
+    user.service("stop", AGENT)
 
 
 @scenario
@@ -170,10 +233,9 @@ def the_rule_gives_the_user_exactly_this_keyboard():
 def keys_come_out_remapped():
     user.ctl("device", "use", keyboard_id(keyboards["a"]))
     wait_for_use(keyboards["a"])
-    reader = output()
-    keyboards["a"].tap("A")
-    reader.expect("A down", "A up")
+    expect_keys(output_node(), "A down", "A up")
     user.ctl("key", "A", "single", "B")
+    reader = Reader(output_node())
     keyboards["a"].tap("A")
     keyboards["a"].tap("C")
     reader.expect("B down", "B up", "C down", "C up")
@@ -183,18 +245,24 @@ def keys_come_out_remapped():
 
 
 @scenario
-def realtime_kit_gives_priority():
-    wait_until(lambda: "realTime" in user.ctl("status", "--json"), "the status")
+def realtime_kit_gives_priority_to_one_thread():
     process = user.main_process()
-
-    def priorities():
-        tasks = [int(path.name) for path in Path(f"/proc/{process}/task").iterdir()]
-        return [os.sched_getscheduler(task) & ~os.SCHED_RESET_ON_FORK for task in tasks]
-
-    wait_until(lambda: any(each in SCHEDULER_POLICIES_WITH_REAL_TIME for each in priorities()),
-               "a thread with real-time priority")
-    check_equal(sum(each in SCHEDULER_POLICIES_WITH_REAL_TIME for each in priorities()), 1, "the threads with priority")
+    wait_until(lambda: threads_with_priority(process), "a thread with real-time priority")
+    check_equal(threads_with_priority(process), 1, "the threads with priority")
+    check(status_has_priority(), "the status does not show the priority")
     check_equal(run("systemctl", "is-active", REALTIME_KIT).stdout.strip(), "active", REALTIME_KIT)
+
+
+@scenario
+def priority_that_realtime_kit_takes_away_comes_back():
+    process = user.main_process()
+    # As RealtimeKit does when a thread with priority occupies the processor.
+    run("rtkitctl", "--reset-known")
+    check_equal(threads_with_priority(process), 0, "the threads with priority")
+    check(not status_has_priority(), "the status shows the priority")
+    expect_assigned_key()
+    wait_until(lambda: threads_with_priority(process), "the priority, again", 2 * LONGEST_PAUSE_SECONDS)
+    expect_assigned_key()
 
 
 @scenario
@@ -203,25 +271,38 @@ def a_killed_service_comes_back():
     user.service("kill", "--signal=KILL", SERVICE)
     wait_until(lambda: user.main_process() not in (0, before), "the service starts again")
     wait_for_daemon()
-    wait_for_use(keyboards["a"])
-    reader = output()
-    keyboards["a"].tap("A")
-    reader.expect("B down", "B up")
-    reader.close()
+    expect_assigned_key()
 
 
 @scenario
 def a_stopped_service_leaves_the_keyboard_to_the_computer():
     user.service("stop", SERVICE)
-    check(not keyboards["a"].is_grabbed(), "the keyboard is still grabbed")
-    check_equal(node_of("Quill Kestra output"), "", "the output device")
-    reader = Reader(keyboards["a"].node)
-    keyboards["a"].tap("A")
-    reader.expect("A down", "A up")
-    reader.close()
+    check_equal(node_of(OUTPUT), "", "the output device")
+    expect_own_key()
     user.service("start", SERVICE)
     wait_for_daemon()
-    wait_for_use(keyboards["a"])
+    expect_assigned_key()
+
+
+@scenario
+def the_keyboard_works_after_a_sleep():
+    process = user.main_process()
+    # The last step before the machine sleeps sets the clock that wakes it up.
+    SLEEP_HOOK.parent.mkdir(exist_ok=True)
+    SLEEP_HOOK.write_text('#!/bin/sh\n[ "$1" != pre ] || echo +%d >/sys/class/rtc/rtc0/wakealarm\n' % SLEEP_SECONDS)
+    SLEEP_HOOK.chmod(0o755)
+    before = seconds_asleep()
+    reader = Reader(output_node())
+    keyboards["a"].report("A")
+    reader.expect("B down")
+    run("systemctl", "suspend")
+    wait_until(lambda: seconds_asleep() > before + SLEEP_SECONDS / 2, "the sleep")
+    # The key that was down at the beginning of the sleep comes up without the user.
+    reader.expect("B up")
+    reader.close()
+    keyboards["a"].report()
+    expect_assigned_key()
+    check_equal(user.main_process(), process, "the process of the service")
 
 
 @scenario
@@ -232,19 +313,32 @@ def another_user_comes_to_the_seat_and_goes():
     wait_until(guest.is_active, "the other user is at the seat")
     node = keyboards["a"].node
     wait_until(lambda: node in nodes_of_user(guest) and node not in nodes_of_user(user), "the right changes hands")
-    wait_until(lambda: not keyboards["a"].is_grabbed(), "the keyboard is released")
     wait_until(lambda: "inactive" in user.ctl("status"), "the daemon reports why")
-    reader = Reader(node)
-    keyboards["a"].tap("A")
-    reader.expect("A down", "A up")
-    reader.close()
+    expect_own_key()
+    # Back to the user, while the other one stays logged in.
     run("loginctl", "activate", user.session())
     wait_until(user.is_active, "the user is at the seat again")
-    wait_for_use(keyboards["a"])
-    reader = output()
-    keyboards["a"].tap("A")
-    reader.expect("B down", "B up")
-    reader.close()
+    check_equal(nodes_of_user(guest), set(), "the rights of the other user")
+    expect_assigned_key()
+    # The other one returns, and logs out.
+    run("loginctl", "activate", guest.session())
+    wait_until(lambda: node in nodes_of_user(guest), "the other user has the right again")
+    expect_own_key()
+    run("systemctl", "stop", "getty@tty2.service")
+    wait_until(lambda: not guest.session(), "the other user is gone")
+    run("loginctl", "activate", user.session())
+    wait_until(lambda: node in nodes_of_user(user) and node not in nodes_of_user(guest), "the right comes back")
+    expect_assigned_key()
+
+
+@scenario
+def a_logout_leaves_the_keyboard_to_the_computer_until_the_login():
+    log_out()
+    wait_until(lambda: not nodes_of_user(user), "the end of the rights")
+    check_equal(node_of(OUTPUT), "", "the output device")
+    expect_own_key()
+    log_in()
+    expect_assigned_key()
 
 
 @scenario
@@ -256,7 +350,7 @@ def an_upgrade_keeps_settings_and_the_service():
     user.service("restart", SERVICE)
     wait_for_daemon()
     check(user.ctl("key", "A").startswith("A: single key B"), f"the assignment is not kept: {user.ctl('key', 'A')}")
-    wait_for_use(keyboards["a"])
+    expect_assigned_key()
 
 
 @scenario
