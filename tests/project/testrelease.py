@@ -4,6 +4,7 @@
 Usage: testrelease.py SOURCES"""
 
 import datetime
+import os
 import re
 import shutil
 import subprocess
@@ -32,7 +33,7 @@ class Release(unittest.TestCase):
         self.root = Path(folder.name) / "repository"
         self.root.mkdir()
         self.result = self.root / f"build/release-{VERSION}"
-        for name in ("tools/release", "tools/version.sh", "debian/control"):
+        for name in ("tools/release", "tools/sourcearchive", "tools/version.sh", "debian/control"):
             (self.root / name).parent.mkdir(exist_ok=True)
             shutil.copy(SOURCES / name, self.root / name)
         self.write("tools/package", PACKAGE).chmod(0o755)
@@ -81,6 +82,24 @@ class Release(unittest.TestCase):
     def days(self):
         now = datetime.datetime.now(datetime.timezone.utc)
         return {now.date(), (now - datetime.timedelta(hours=1)).date()}
+
+    def archive(self, folder):
+        """The bytes of a source archive."""
+        subprocess.run([self.root / "tools/sourcearchive", folder], check=True, capture_output=True)
+        return (folder / f"quill-kestra-{VERSION}.tar.gz").read_bytes()
+
+    def test_two_archives_of_a_commit_are_the_same(self):
+        first = self.archive(self.root.parent / "first")
+        (self.root / "CMakeLists.txt").touch()
+        self.write("not-committed", "text")
+        umask = os.umask(0o077)
+        self.addCleanup(os.umask, umask)
+        self.assertEqual(self.archive(self.root.parent / "second"), first)
+
+    @unittest.skipUnless(os.getuid() == 0, "only root can give files away")
+    def test_root_can_archive_the_repository_of_another_user(self):
+        subprocess.run(["chown", "-R", "65534:65534", self.root], check=True)
+        self.assertTrue(self.archive(self.root.parent / "result"))
 
     def test_a_dry_run_makes_everything_and_changes_nothing(self):
         before = self.state()

@@ -13,8 +13,8 @@ SYSTEMS = Path(__file__).resolve().parents[2] / "build" / "system"
 PACKAGES = ("quill-kestra", "quill-kestra-daemon")
 LOWER_VERSION = "0.9"
 # The packages that ours only recommend, and those that a machine with a seat has.
-SEAT = ("acl", "dbus", "dbus-user-session", "kmod", "libpam-systemd", "pkexec", "polkitd", "python3", "python3-gi", "rtkit",
-        "systemd", "systemd-sysv", "udev")
+SEAT = ("acl", "dbus", "dbus-user-session", "kmod", "libpam-systemd", "pkexec", "polkitd", "python3", "python3-gi",
+        "rtkit", "systemd", "systemd-sysv", "udev")
 
 
 def run(*command, **options):
