@@ -12,6 +12,9 @@ using Key = QLatin1StringView;
 inline constexpr Key objectPath{"/FrontApplication"};
 inline constexpr Key interfaceName{"org.quillkestra.FrontApplication"};
 
+inline constexpr Key needsShellExtension{"NeedsShellExtension"};
+inline constexpr Key shellExtensionPackage{"gnome-shell-extension-quill-kestra"}; ///< the distribution's package
+
 inline constexpr Key noSource{"none"}; ///< the "Source" when nothing reports windows
 
 } // namespace FrontApplicationKeys

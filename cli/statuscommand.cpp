@@ -34,10 +34,17 @@ QString frontApplicationHint()
     const DaemonObjectResult<QVariant> seesAll = frontApplicationObject.property("SeesAllWindows"_L1);
     if (!seesAll || seesAll->toBool())
         return {};
+    const QString focus = u"\"kestractl focus NAME\" reports "_s;
+    const DaemonObjectResult<QVariant> needsExtension =
+        frontApplicationObject.property(FrontApplicationKeys::needsShellExtension);
+    if (needsExtension && needsExtension->toBool())
+        return u"GNOME on Wayland reports windows to its extension alone: install the package %1; until then, "_s.arg(
+                   FrontApplicationKeys::shellExtensionPackage)
+               + focus + u"an application"_s;
     const QString source = frontApplication("Source"_L1).toString();
     return (source == FrontApplicationKeys::noSource ? u"this desktop does not report the application in front"_s
                                                      : u"this desktop reports X11 applications only"_s)
-           + u"; \"kestractl focus NAME\" reports others"_s;
+           + u"; "_s + focus + u"others"_s;
 }
 
 /// The problems of the settings files since the daemon started; null when the daemon does not report them.

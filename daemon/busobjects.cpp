@@ -3,7 +3,7 @@
 
 BusObjects::BusObjects(const Parts &parts)
     : mSettings(parts.store), mVirtualKeyboard(parts.virtualKeyboard), mDevices(parts.devices, parts.deviceChoice),
-      mKeyWatch(parts.keyWatch), mFrontApplication(parts.frontApplication, parts.profiles),
+      mKeyWatch(parts.keyWatch), mFrontApplication(parts.frontApplication, parts.gnomeShell, parts.profiles),
       mHistory(parts.history, parts.historyCalls), mMacros(parts.macroReplacement, parts.macroTries, parts.captures)
 {
 }

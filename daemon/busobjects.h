@@ -22,6 +22,7 @@ public:
         DeviceChoice &deviceChoice;
         KeyWatch &keyWatch;
         FrontApplicationWatch &frontApplication;
+        const GnomeShell &gnomeShell;
         const ProfileSwitch &profiles;
         History &history;
         HistoryCalls &historyCalls;

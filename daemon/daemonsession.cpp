@@ -11,19 +11,21 @@ DaemonSession::DaemonSession(SettingsStore &store, const StartDocument &start, c
     : mBus(bus), mNotices(bus), mServices(bus, mNotices), mDevices(mEventDevices, mLinuxKeyboard, mSeats),
       mDeviceChoice(StateFolder::defaultPath()),
       mDaemon(store, mVirtualKeyboard, mServices.functions(), start.document, limits),
-      mKeyWatch(mDaemon.keyboard(), bus), mMacroTries(bus), mFrontApplication(frontApplicationSources(bus)),
-      mDesktopSearch(mFrontApplication, bus), mObjects({.store = store,
-                                                        .virtualKeyboard = mVirtualKeyboard,
-                                                        .devices = mDevices,
-                                                        .deviceChoice = mDeviceChoice,
-                                                        .keyWatch = mKeyWatch,
-                                                        .frontApplication = mFrontApplication,
-                                                        .profiles = mDaemon.profiles(),
-                                                        .history = mDaemon.history(),
-                                                        .historyCalls = mDaemon.historyCommands(),
-                                                        .macroReplacement = mDaemon.macroReplacement(),
-                                                        .macroTries = mMacroTries,
-                                                        .captures = mDaemon.captureCommands()}),
+      mKeyWatch(mDaemon.keyboard(), bus), mMacroTries(bus), mGnomeShell(bus),
+      mFrontApplication(frontApplicationSources(bus, mGnomeShell)), mDesktopSearch(mFrontApplication, bus),
+      mObjects({.store = store,
+                .virtualKeyboard = mVirtualKeyboard,
+                .devices = mDevices,
+                .deviceChoice = mDeviceChoice,
+                .keyWatch = mKeyWatch,
+                .frontApplication = mFrontApplication,
+                .gnomeShell = mGnomeShell,
+                .profiles = mDaemon.profiles(),
+                .history = mDaemon.history(),
+                .historyCalls = mDaemon.historyCommands(),
+                .macroReplacement = mDaemon.macroReplacement(),
+                .macroTries = mMacroTries,
+                .captures = mDaemon.captureCommands()}),
       mRequests(bus, [this](RequestQueue &queue) { return mDaemon.handleNextRequest(queue); })
 {
     mDaemon.setAwaitsFactorySettings(start.isMinimal);
@@ -38,6 +40,9 @@ void DaemonSession::connectDaemon()
     QObject::connect(&mServices, &SystemServices::timeReached, &mDaemon, &DeviceDaemon::wake);
     QObject::connect(&mFrontApplication, &FrontApplicationWatch::applicationChanged, &mDaemon,
                      &DeviceDaemon::setFrontApplication);
+    QObject::connect(&mFrontApplication, &FrontApplicationWatch::clientReported, &mGnomeShell,
+                     &GnomeShell::clientReported);
+    QObject::connect(&mGnomeShell, &GnomeShell::reportsBegun, &mFrontApplication, &FrontApplicationWatch::startOver);
     const auto followMacros = [this] { mMacroTries.setMacros(Document(mDaemon.document()).macros()); };
     QObject::connect(&mDaemon, &DeviceDaemon::documentChanged, &mMacroTries, followMacros);
     followMacros();

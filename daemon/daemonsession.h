@@ -50,6 +50,7 @@ private:
     DeviceDaemon mDaemon;
     KeyWatch mKeyWatch;
     MacroTries mMacroTries;
+    GnomeShell mGnomeShell;
     FrontApplicationWatch mFrontApplication;
     DesktopSearch mDesktopSearch;
     BusObjects mObjects;

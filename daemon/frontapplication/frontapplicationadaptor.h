@@ -4,19 +4,22 @@
 #pragma once
 
 #include "daemon/frontapplication/frontapplicationwatch.h"
+#include "daemon/frontapplication/gnomeshell.h"
 #include "daemon/frontapplication/profileswitch.h"
 
 #include <QDBusAbstractAdaptor>
 #include <QDBusConnection>
+#include <QDBusContext>
 
-/// The object on the bus; carries the adaptor.
-class FrontApplicationObject : public QObject
+/// The object on the bus: carries the adaptor and, as its context, the current call.
+class FrontApplicationObject : public QObject, public QDBusContext
 {
     Q_OBJECT
 
 public:
-    /// Both must outlive this.
-    FrontApplicationObject(FrontApplicationWatch &watch, const ProfileSwitch &profiles, QObject *parent = nullptr);
+    /// All must outlive this.
+    FrontApplicationObject(FrontApplicationWatch &watch, const GnomeShell &shell, const ProfileSwitch &profiles,
+                           QObject *parent = nullptr);
 
     /// False if the object cannot be put on `connection`.
     [[nodiscard]] bool registerOn(QDBusConnection connection);
@@ -30,26 +33,35 @@ class FrontApplicationAdaptor : public QDBusAbstractAdaptor
     Q_CLASSINFO("D-Bus Interface", "org.quillkestra.FrontApplication")
     Q_PROPERTY(QString Source READ source)
     Q_PROPERTY(bool SeesAllWindows READ seesAllWindows)
+    Q_PROPERTY(bool NeedsShellExtension READ needsShellExtension)
     Q_PROPERTY(QString Application READ application)
     Q_PROPERTY(QString ProfileApplication READ profileApplication)
 
 public:
-    FrontApplicationAdaptor(FrontApplicationWatch &watch, const ProfileSwitch &profiles,
+    FrontApplicationAdaptor(FrontApplicationWatch &watch, const GnomeShell &shell, const ProfileSwitch &profiles,
                             FrontApplicationObject *object);
 
     [[nodiscard]] QString source() const { return mWatch.sourceName(); }
     [[nodiscard]] bool seesAllWindows() const { return mWatch.seesAllWindows(); }
+    [[nodiscard]] bool needsShellExtension() const { return mNeedsShellExtension; }
     [[nodiscard]] QString application() const { return mWatch.application().name(); }
     [[nodiscard]] QString profileApplication() const { return mProfiles.application(); }
 
 public Q_SLOTS:
-    void Tell(const QString &name) { mWatch.report(FrontApplication::named(name)); }
+    void Tell(const QString &name) { report(FrontApplication::named(name)); }
     void TellWindow(const QString &windowClass, const QString &desktopEntry, const QString &processId);
 
 Q_SIGNALS:
     void ProfileApplicationChanged(const QString &application);
+    void NeedsShellExtensionChanged(bool needsIt);
 
 private:
+    void report(const FrontApplication &application);
+    void checkShellExtension();
+
     FrontApplicationWatch &mWatch;
+    const GnomeShell &mShell;
     const ProfileSwitch &mProfiles;
+    FrontApplicationObject *mObject;
+    bool mNeedsShellExtension = false;
 };

@@ -21,6 +21,9 @@ public:
     /// False if some applications of this desktop are hidden from it.
     [[nodiscard]] virtual bool seesAllWindows() const { return true; }
 
+    /// Whether clients of the bus may report the application as well; `client` is the unique name of one.
+    [[nodiscard]] virtual bool takesReportsOf(const QString & /*client*/) const { return true; }
+
 Q_SIGNALS:
     /// The source works. It then signals the application in front, now and at every change.
     void ready();

@@ -36,6 +36,7 @@ void FrontApplicationWatch::tryKind(std::size_t index)
 {
     mIsReady = false;
     mSource.reset();
+    ++mAttempt;
     if (index >= mKinds.size()) {
         if (!std::exchange(mHasSaidNone, true))
             qCInfo(lcFront, "no source reports the application in front: profiles follow reports of clients alone");
@@ -51,9 +52,14 @@ void FrontApplicationWatch::tryKind(std::size_t index)
         Q_EMIT sourceFound();
     });
     connect(mSource.get(), &FrontApplicationSource::applicationChanged, this, &FrontApplicationWatch::report);
-    // Queued: a source must not be destroyed while it emits the signal.
-    connect(mSource.get(), &FrontApplicationSource::unusable, this, &FrontApplicationWatch::sourceFailed,
-            Qt::QueuedConnection);
+    // Queued: a source must not be destroyed while it emits the signal. It may then have been replaced.
+    connect(
+        mSource.get(), &FrontApplicationSource::unusable, this,
+        [this, attempt = mAttempt](const QString &reason) {
+            if (attempt == mAttempt)
+                sourceFailed(reason);
+        },
+        Qt::QueuedConnection);
     mSource->start();
 }
 
@@ -77,6 +83,15 @@ void FrontApplicationWatch::report(const FrontApplication &application)
     }
     mNothingInFront.stop();
     setApplication(application);
+}
+
+bool FrontApplicationWatch::reportBy(const QString &client, const FrontApplication &application)
+{
+    if (mIsReady && !mSource->takesReportsOf(client))
+        return false;
+    report(application);
+    Q_EMIT clientReported(client);
+    return true;
 }
 
 void FrontApplicationWatch::setApplication(const FrontApplication &application)

@@ -29,6 +29,8 @@ public:
     /// Begins with the first kind, unless a source works or all are being tried. The outcome is sourceFound() or
     /// sourceMissing(), later.
     void start();
+    /// Begins with the first kind although a source works: a better one may have appeared.
+    void startOver() { tryKind(0); }
     [[nodiscard]] bool isTrying() const { return mSource && !mIsReady; }
 
     /// The working source, or FrontApplicationKeys::noSource.
@@ -40,12 +42,16 @@ public:
     /// Overrides the application in front, for callers other than a source. Applies until the next report from any
     /// caller or source.
     void report(const FrontApplication &application);
+    /// The same for `client`, a unique name of the bus. False if the source takes no reports of it.
+    [[nodiscard]] bool reportBy(const QString &client, const FrontApplication &application);
 
 Q_SIGNALS:
     void sourceFound();
     /// No source works, or the working one was lost without a replacement. Only start() tries again.
     void sourceMissing();
     void applicationChanged(const FrontApplication &application);
+    /// A report of this client has been taken.
+    void clientReported(const QString &client);
 
 private:
     void tryKind(std::size_t index);
@@ -55,6 +61,7 @@ private:
     std::vector<SourceKind> mKinds;
     std::size_t mKind = 0; // of mSource
     std::unique_ptr<FrontApplicationSource> mSource;
+    int mAttempt = 0; // distinguishes mSource from earlier ones
     bool mIsReady = false;
     bool mHasSaidNone = false; // logged once, not at every start()
     FrontApplication mApplication;

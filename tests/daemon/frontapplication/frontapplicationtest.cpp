@@ -9,13 +9,52 @@
 #include "tests/support/testdesktop.h"
 #include "tests/support/testmain.h"
 
+#include <QDBusMessage>
 #include <QJsonObject>
 #include <QTest>
+#include <QUuid>
 
 using namespace Qt::StringLiterals;
 using DaemonProtocol::Command;
 
 Q_DECLARE_METATYPE(TestDesktop::Kind)
+
+namespace {
+
+/// A GNOME Shell on the bus, with the extension in it, or another client. Present during its lifetime.
+class Reporter
+{
+public:
+    explicit Reporter(const QString &service = {})
+        : mBus(QDBusConnection::connectToBus(QDBusConnection::SessionBus, mName))
+    {
+        if (!service.isEmpty())
+            mBus.registerService(service);
+    }
+    ~Reporter() { QDBusConnection::disconnectFromBus(mName); }
+    Reporter(const Reporter &) = delete;
+    Reporter &operator=(const Reporter &) = delete;
+
+    /// Calls a method of the application in front. Returns the name of the error; empty on success.
+    QString call(const QString &method, const QVariantList &arguments) const
+    {
+        QDBusMessage message =
+            QDBusMessage::createMethodCall(u"org.quillkestra.QuillCoreEngineMsgPort"_s, u"/FrontApplication"_s,
+                                           u"org.quillkestra.FrontApplication"_s, method);
+        message.setArguments(arguments);
+        return mBus.call(message).errorName();
+    }
+    QString tellWindow(const QString &windowClass) const { return call(u"TellWindow"_s, {windowClass, u""_s, u""_s}); }
+
+private:
+    QString mName = QUuid::createUuid().toString();
+    QDBusConnection mBus;
+};
+
+const QString gnomeShell = u"org.gnome.Shell"_s;
+const QString accessDenied = u"org.freedesktop.DBus.Error.AccessDenied"_s;
+
+} // namespace
 
 class FrontApplicationTest : public QObject
 {
@@ -32,6 +71,9 @@ private Q_SLOTS:
     void desktopThatOnlyTheServiceManagerKnowsIsFound();
     void statusReportsTheLimitsOfX11OnAWaylandDesktop();
     void executableIsKnownOnX11();
+    void gnomeShellAloneReportsWhileItIsTheSource();
+    void reportsOfGnomeShellReplaceThoseOfX11();
+    void extensionOfGnomeShellIsMissed();
 
 private:
     static void desktops();
@@ -39,6 +81,7 @@ private:
     /// and "kestra-b".
     enum class WithoutVariables { no, yes };
     void startDaemon(const TestDesktop &desktop, WithoutVariables = WithoutVariables::no);
+    QString source() const { return status().value(u"frontApplicationSource"_s).toString(); }
     QJsonObject status() const { return runKestractl({u"status"_s, u"--json"_s}).json().object(); }
     QString activeProfile() const { return status().value(u"activeProfileName"_s).toString(); }
 
@@ -185,6 +228,89 @@ void FrontApplicationTest::executableIsKnownOnX11()
                          {{u"ProfileID"_s, 1}, {u"DeviceSettingsDictionary"_s, QVariantMap{{u"AppInfo"_s, appInfo}}}}));
     QVERIFY(desktop.open(u"something-else"_s));
     QTRY_COMPARE(activeProfile(), u"A"_s);
+    mDaemon.reset();
+}
+
+void FrontApplicationTest::gnomeShellAloneReportsWhileItIsTheSource()
+{
+    const TestDesktop nothing(TestDesktop::Kind::wayland); // never started
+    startDaemon(nothing);
+    const Reporter other;
+    QCOMPARE(other.tellWindow(u"kestra-b"_s), QString());
+    QCOMPARE(activeProfile(), u"B"_s);
+    auto shell = std::make_unique<Reporter>(gnomeShell);
+    QCOMPARE(shell->tellWindow(u"kestra-a"_s), QString());
+    QTRY_COMPARE(source(), u"gnome"_s);
+    QCOMPARE(activeProfile(), u"A"_s);
+
+    QCOMPARE(other.tellWindow(u"kestra-b"_s), accessDenied);
+    QCOMPARE(other.call(u"Tell"_s, {u"kestra-b"_s}), accessDenied);
+    QVERIFY(runKestractl({u"focus"_s, u"kestra-b"_s}).exitCode != 0);
+    QCOMPARE(activeProfile(), u"A"_s);
+    QCOMPARE(shell->tellWindow(u"kestra-b"_s), QString());
+    QCOMPARE(activeProfile(), u"B"_s);
+    QCOMPARE(shell->tellWindow(u""_s), QString());
+    QTRY_COMPARE(activeProfile(), u"Default Profile"_s);
+
+    QCOMPARE(shell->tellWindow(u"kestra-a"_s), QString());
+    shell.reset();
+    QTRY_COMPARE(source(), u"none"_s);
+    QTRY_COMPARE(activeProfile(), u"Default Profile"_s);
+    QCOMPARE(other.tellWindow(u"kestra-b"_s), QString());
+    QTRY_COMPARE(activeProfile(), u"B"_s);
+
+    const Reporter nextShell(gnomeShell);
+    QCOMPARE(source(), u"none"_s); // not before it reports
+    QCOMPARE(nextShell.tellWindow(u"kestra-a"_s), QString());
+    QTRY_COMPARE(source(), u"gnome"_s);
+    QCOMPARE(activeProfile(), u"A"_s);
+    QCOMPARE(mDaemon->terminate(), 0);
+}
+
+void FrontApplicationTest::reportsOfGnomeShellReplaceThoseOfX11()
+{
+    TestDesktop desktop(TestDesktop::Kind::x11);
+    QVERIFY(desktop.start());
+    startDaemon(desktop);
+    QVERIFY(desktop.open(u"kestra-a"_s));
+    QTRY_COMPARE(activeProfile(), u"A"_s);
+    auto shell = std::make_unique<Reporter>(gnomeShell);
+    QCOMPARE(source(), u"x11"_s);
+    QCOMPARE(shell->tellWindow(u"kestra-b"_s), QString());
+    QTRY_COMPARE(source(), u"gnome"_s);
+    QCOMPARE(activeProfile(), u"B"_s);
+    desktop.close(u"kestra-a"_s);
+    QCOMPARE(shell->tellWindow(u"kestra-b"_s), QString());
+    QCOMPARE(activeProfile(), u"B"_s);
+    QVERIFY(desktop.open(u"kestra-a"_s));
+    shell.reset();
+    QTRY_COMPARE(source(), u"x11"_s);
+    QTRY_COMPARE(activeProfile(), u"A"_s);
+    mDaemon.reset();
+}
+
+void FrontApplicationTest::extensionOfGnomeShellIsMissed()
+{
+    const TestDesktop nothing(TestDesktop::Kind::wayland); // never started
+    startDaemon(nothing);
+    const auto isMissed = [this] {
+        return status().value(u"frontApplicationHint"_s).toString().contains(u"gnome-shell-extension-quill-kestra"_s);
+    };
+    QVERIFY(!isMissed());
+    {
+        const Reporter shell(gnomeShell);
+        QTRY_VERIFY(isMissed());
+        QVERIFY(runKestractl({u"status"_s})
+                    .text()
+                    .contains(u"frontApplicationHint: GNOME on Wayland reports windows to its extension alone: install "
+                              "the package gnome-shell-extension-quill-kestra; until then, \"kestractl focus NAME\" "
+                              "reports an application\n"_s));
+        QCOMPARE(shell.tellWindow(u"kestra-a"_s), QString());
+        QTRY_VERIFY(!isMissed());
+        QVERIFY(!runKestractl({u"status"_s}).text().contains(u"Hint"_s));
+    }
+    QTRY_COMPARE(source(), u"none"_s);
+    QTRY_VERIFY(!isMissed()); // no GNOME either
     mDaemon.reset();
 }
 

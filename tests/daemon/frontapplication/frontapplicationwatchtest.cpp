@@ -29,6 +29,7 @@ public:
         Q_EMIT applicationChanged(name.isEmpty() ? FrontApplication{} : FrontApplication::named(name));
     }
     void lose() { fail(u"lost"_s); }
+    [[nodiscard]] bool takesReportsOf(const QString &client) const override { return client != u":1.5"; }
 
 private:
     const bool &mIsThere;
@@ -55,6 +56,9 @@ private Q_SLOTS:
     void momentWithoutAWindowLeavesNothingBehind();
     void lastingAbsenceOfAWindowIsReported();
     void everyLossOfAllSourcesIsLogged();
+    void betterSourceReplacesTheOneInUse();
+    void failureOfAReplacedSourceChangesNothing();
+    void sourceDecidesWhichClientsReport();
 
 private:
     FrontApplicationWatch::SourceKind kind(QLatin1StringView name, const bool &isThere)
@@ -226,6 +230,46 @@ void FrontApplicationWatchTest::lastingAbsenceOfAWindowIsReported()
     QCOMPARE(mWatch->application().name(), u"game"_s); // not yet
     // The watch allows a tenth of a second for a change of windows; the rest is for a busy machine.
     QTRY_VERIFY_WITH_TIMEOUT(mWatch->application().isNone(), 2000);
+}
+
+void FrontApplicationWatchTest::betterSourceReplacesTheOneInUse()
+{
+    mIsFirstThere = false;
+    mWatch->start();
+    QTRY_COMPARE(mWatch->sourceName(), u"second"_s);
+    mSource->tell(u"game"_s);
+    mIsFirstThere = true;
+    mWatch->startOver();
+    QTRY_COMPARE(mWatch->sourceName(), u"first"_s);
+    QCOMPARE(names(), QStringList{u"game"_s}); // stays in front
+}
+
+void FrontApplicationWatchTest::failureOfAReplacedSourceChangesNothing()
+{
+    mIsFirstThere = false;
+    mWatch->start();
+    QTRY_COMPARE(mWatch->sourceName(), u"second"_s);
+    mSource->tell(u"game"_s);
+    mSource->lose(); // the watch learns of it later
+    mIsFirstThere = true;
+    mWatch->startOver();
+    QTRY_COMPARE(mWatch->sourceName(), u"first"_s);
+    mSource->tell(u"other"_s);
+    QCoreApplication::sendPostedEvents();
+    QCOMPARE(mFound->size(), 2);
+    QCOMPARE(mWatch->application().name(), u"other"_s);
+}
+
+void FrontApplicationWatchTest::sourceDecidesWhichClientsReport()
+{
+    QSignalSpy reports(mWatch.get(), &FrontApplicationWatch::clientReported);
+    QVERIFY(mWatch->reportBy(u":1.5"_s, FrontApplication::named(u"game"_s))); // no source yet
+    mWatch->start();
+    QTRY_COMPARE(mWatch->sourceName(), u"first"_s);
+    QVERIFY(!mWatch->reportBy(u":1.5"_s, FrontApplication::named(u"other"_s)));
+    QVERIFY(mWatch->reportBy(u":1.6"_s, FrontApplication::named(u"third"_s)));
+    QCOMPARE(names(), QStringList({u"game"_s, u"third"_s}));
+    QCOMPARE(reports, QList<QVariantList>({{u":1.5"_s}, {u":1.6"_s}}));
 }
 
 QTEST_GUILESS_MAIN(FrontApplicationWatchTest)
