@@ -19,8 +19,7 @@ constexpr QLatin1StringView serviceName{"org.freedesktop.Notifications"};
 constexpr int passingMs = 2000;
 constexpr int usualTime = -1; // the service's default
 constexpr int answerLimitMs = 5000;
-constexpr uchar lowUrgency = 0;
-constexpr uchar usualUrgency = 1;
+constexpr uchar usualUrgency = 1; // GNOME shows no bubble for a lower one
 
 } // namespace
 
@@ -42,7 +41,7 @@ void DesktopNotification::send(const Notice &notice)
         watchService(); // before a refusal can arrive, so no service is missed
     QDBusMessage message = QDBusMessage::createMethodCall(serviceName, u"/org/freedesktop/Notifications"_s,
                                                           u"org.freedesktop.Notifications"_s, u"Notify"_s);
-    const QVariantMap hints{{u"urgency"_s, QVariant::fromValue(notice.isPassing ? lowUrgency : usualUrgency)},
+    const QVariantMap hints{{u"urgency"_s, QVariant::fromValue(usualUrgency)},
                             {u"transient"_s, notice.isPassing},
                             {u"desktop-entry"_s, u"org.quillkestra.Configurator"_s}};
     message.setArguments({u"Quill Kestra"_s, mShownId, u"org.quillkestra.Configurator"_s,

@@ -44,6 +44,7 @@ void DesktopNotificationTest::showsTheProfilesName()
     QCOMPARE(bubble.hints.value(u"transient"_s), QVariant(true));
     QCOMPARE(bubble.hints.value(u"desktop-entry"_s), QVariant(u"org.quillkestra.Configurator"_s));
     QCOMPARE(bubble.hints.value(u"urgency"_s).typeId(), int(QMetaType::UChar)); // services ignore other types
+    QCOMPARE(bubble.hints.value(u"urgency"_s), QVariant::fromValue(uchar(1)));  // GNOME shows nothing below this
 }
 
 void DesktopNotificationTest::nameIsShownOnOneLine()
