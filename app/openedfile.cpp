@@ -82,8 +82,9 @@ ProfileContent ProfileContent::of(const QVariantMap &profile)
     const QVariantMap keys = ProfileRecord::keys(profile);
     for (auto key = keys.cbegin(); key != keys.cend(); ++key) {
         const KeyMappings::Entry entry = KeyMappings::readEntry(key.value());
-        bool isCode = false;
-        const int code = key.key().toInt(&isCode);
+        const int code = key.key().toInt();
+        // The daemon ignores other ways to write a code, such as "04".
+        const bool isCode = key.key() == QString::number(code);
         if (entry.is(KeyMappings::Assignment::playMacro))
             macros += entry.param1;
         if (!entry.is(KeyMappings::Assignment::launchProgram) || entry.programPath.isEmpty())

@@ -27,6 +27,8 @@
 #include <QScrollBar>
 #include <QTest>
 
+#include <sys/stat.h>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -78,6 +80,7 @@ private Q_SLOTS:
     void saysWhatAProfileWouldDo();
     void saysThatAProfileStartsNothing();
     void namesOfTheFileCannotDisguiseIt();
+    void everyProgramIsNamed();
     void kindIsDecidedByTheContent();
     void reportsWhatCannotBeAdded_data();
     void reportsWhatCannotBeAdded();
@@ -90,6 +93,7 @@ private Q_SLOTS:
     void questionEndsWithTheKeyboard();
     void takesALimitedNumberOfFiles();
     void nameIsUniqueWhenTheFileIsAdded();
+    void saysThatTheRoomWasTakenMeanwhile();
 
 private:
     /// Starts a daemon with these records and opens the window and the opener.
@@ -227,6 +231,8 @@ void FileOpenerTest::cancelAddsNothing()
     mOpener->open({file(u"Game.KestraProfile"_s, profileOf(u"Game"_s))});
     QVERIFY(question());
     QVERIFY(QTest::qWaitForWindowActive(question()));
+    // Add and Cancel, and no way to be asked no more.
+    QCOMPARE(question()->findChildren<QAbstractButton *>().size(), 2);
     if (key == 0)
         answer("mFileCancel");
     else
@@ -278,6 +284,23 @@ void FileOpenerTest::namesOfTheFileCannotDisguiseIt()
     QVERIFY(lines("mFilePath").endsWith(u"/a\uFFFDb.KestraProfile"_s));
 }
 
+void FileOpenerTest::everyProgramIsNamed()
+{
+    start();
+    QVariantMap keys = withPrograms({}, {{4, u"/bin/real"_s}});
+    // No other entry may hide the one that the daemon uses.
+    for (const QString &code : {u"04"_s, u"4 "_s, u"+4"_s})
+        keys.insert(code, withPrograms({}, {{4, u"/bin/of "_s + code}}).first());
+    keys.insert(u"999"_s, withPrograms({}, {{4, u"/bin/unknown"_s}}).first());
+    mOpener->open({file(u"Game.KestraProfile"_s, profileOf(u"Game"_s, keys))});
+    QVERIFY(question());
+    QStringList programs = lines("mFilePrograms").split(u'\n');
+    QCOMPARE(programs.takeFirst(), u"A: /bin/real"_s);
+    QCOMPARE(programs.takeFirst(), u"999: /bin/unknown"_s);
+    programs.sort();
+    QCOMPARE(programs, (QStringList{u"+4: /bin/of +4"_s, u"04: /bin/of 04"_s, u"4 : /bin/of 4 "_s}));
+}
+
 void FileOpenerTest::kindIsDecidedByTheContent()
 {
     start();
@@ -301,6 +324,11 @@ void FileOpenerTest::reportsWhatCannotBeAdded_data()
                             << u"The file “absent” could not be read: No such file or directory."_s;
     QTest::newRow("folder") << u"folder/"_s << QByteArray()
                             << u"The file “folder” could not be read: Is a directory."_s;
+    QTest::newRow("pipe") << u"pipe|"_s << QByteArray() << u"The file “pipe” could not be read: Not a regular file."_s;
+    QTest::newRow("device") << u"/dev/zero"_s << QByteArray()
+                            << u"The file “zero” could not be read: Not a regular file."_s;
+    QTest::newRow("address of another computer") << u"file://elsewhere/x.KestraProfile"_s << QByteArray()
+                                                 << u"The file “x.KestraProfile” is neither a profile nor a macro."_s;
     QTest::newRow("address") << u"https://example.org/x.KestraProfile"_s << QByteArray()
                              << u"The file “x.KestraProfile” is neither a profile nor a macro."_s;
 }
@@ -315,7 +343,10 @@ void FileOpenerTest::reportsWhatCannotBeAdded()
     if (name.endsWith(u'/')) {
         argument = mFolder->filePath(name.chopped(1));
         QVERIFY(QDir().mkpath(argument));
-    } else if (name.contains("://"_L1)) {
+    } else if (name.endsWith(u'|')) {
+        argument = mFolder->filePath(name.chopped(1));
+        QCOMPARE(::mkfifo(QFile::encodeName(argument).constData(), 0600), 0);
+    } else if (name.contains("://"_L1) || name.startsWith(u'/')) {
         argument = name;
     } else if (!name.isEmpty()) {
         argument = mFolder->filePath(name);
@@ -459,6 +490,22 @@ void FileOpenerTest::nameIsUniqueWhenTheFileIsAdded()
     mHub->controller->addNewProfileWithSettings(profileOf(u"Second(2)"_s));
     answer("mFileAdd");
     QCOMPARE(storedProfiles(), (QStringList{u"First"_s, u"Second"_s, u"Second(2)"_s, u"Second(3)"_s}));
+}
+
+void FileOpenerTest::saysThatTheRoomWasTakenMeanwhile()
+{
+    QVariantList profiles{profileOf(u"First"_s)};
+    while (profiles.size() < ProfileCommands::maximumProfileCount - 1)
+        profiles += profileOf(u"P%1"_s.arg(profiles.size()));
+    start(profiles);
+    mOpener->open({file(u"x"_s, profileOf(u"Game"_s))});
+    QVERIFY(question());
+    mHub->controller->addNewProfileWithSettings(profileOf(u"Last"_s));
+    answer("mFileAdd");
+    QCOMPARE(storedProfiles().size(), ProfileCommands::maximumProfileCount);
+    QCOMPARE(storedProfiles().last(), u"Last"_s);
+    QVERIFY2(!status().contains("was added"_L1), qPrintable(status()));
+    QVERIFY2(status().contains("no more room"_L1), qPrintable(status()));
 }
 
 QTEST_MAIN(FileOpenerTest)
