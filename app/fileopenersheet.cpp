@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "base/visibletext.h"
 #include "macros/macrorecord.h"
+#include "platform/boldtext.h"
 #include "platform/sheet.h"
 #include "platform/spacing.h"
 
@@ -77,9 +78,7 @@ Sheet *makeFileQuestion(const OpenedFile &file, const QString &name, QWidget *wi
     QLabel *title =
         addLabel(layout, "mFileTitle",
                  localizedFormat(isProfile ? "lkeyFileAddProfile" : "lkeyFileAddMacro", {nameInAlert(name)}));
-    QFont bold = title->font();
-    bold.setBold(true);
-    title->setFont(bold);
+    makeBold(title);
     sheet->setWindowTitle(title->text());
     const QString path = visibleText(QDir::toNativeSeparators(file.path), QChar::ReplacementCharacter);
     layout->addWidget(lines("mFilePath", {path}, localizedText("lkeyFilePath")));

@@ -12,6 +12,7 @@
 #include "keys/keyboardkeyscontroller.h"
 #include "macros/keyboardmacroscontroller.h"
 #include "macros/macrorecord.h"
+#include "platform/mnemonics.h"
 #include "platform/tableview.h"
 
 #include <QShortcut>
@@ -156,7 +157,7 @@ void HistoryController::showState()
     const QString text =
         next ? localizedFormat("lkeyHistoryUndoEntry", {historyWords(*next)}) : localizedText("lkeyHistoryUndo");
     const QString shown = mUndoButton->fontMetrics().elidedText(text, Qt::ElideRight, widestButtonText);
-    mUndoButton->setText(QString(shown).replace(u'&', "&&"_L1));
+    mUndoButton->setText(Mnemonics::escaped(shown));
     mUndoButton->setAccessibleName(text);
     // Markup, so a long text has several lines. Names must not become markup.
     mUndoButton->setToolTip(u"<p>"_s + text.toHtmlEscaped() + u" ("_s

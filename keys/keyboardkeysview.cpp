@@ -9,6 +9,7 @@
 #include "keys/keymarkslegend.h"
 #include "keys/keynames.h"
 #include "keys/keysearchbar.h"
+#include "platform/boldtext.h"
 #include "platform/groupbox.h"
 #include "platform/popupbutton.h"
 #include "platform/sheet.h"
@@ -47,13 +48,6 @@ QPushButton *makeButton(QLatin1StringView name, const char *textKey)
     auto *button = new QPushButton(localizedText(textKey));
     button->setObjectName(name);
     return button;
-}
-
-void makeBold(QWidget *widget)
-{
-    QFont font = widget->font();
-    font.setBold(true);
-    widget->setFont(font);
 }
 
 struct FixedKeyName

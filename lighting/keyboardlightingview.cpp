@@ -5,6 +5,7 @@
 #include "base/text.h"
 #include "lighting/backlight.h"
 #include "lighting/tickcaptions.h"
+#include "platform/boldtext.h"
 #include "platform/checkbox.h"
 #include "platform/colorwell.h"
 #include "platform/groupbox.h"
@@ -200,9 +201,7 @@ void KeyboardLightingController::buildView()
     auto *profile = new QHBoxLayout;
     profile->addWidget(makeLabel(mCurrentProfileLabel, "mCurrentProfileLabel", "lkeyCurrentProfile"));
     profile->addWidget(makeLabel(mProfileNameLabel, "mProfileNameLabel"), 1);
-    QFont bold = mProfileNameLabel->font();
-    bold.setBold(true);
-    mProfileNameLabel->setFont(bold);
+    makeBold(mProfileNameLabel);
     // A long name is cut off instead of widening the page.
     mProfileNameLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
 

@@ -23,12 +23,6 @@ namespace {
 constexpr qsizetype shownLinks = 4;
 constexpr int widestLink = 220;
 
-/// A text for a button or a menu, where an ampersand marks a letter.
-QString withoutMnemonic(QString text)
-{
-    return text.replace(u'&', "&&"_L1);
-}
-
 } // namespace
 
 QString macroUseWords(const MacroUse &use)
@@ -101,7 +95,7 @@ QToolButton *MacroUsesLinks::addLink(const QString &text)
     link->setObjectName("mMacroUse"_L1);
     link->setAutoRaise(true);
     link->setFocusPolicy(Qt::StrongFocus);
-    link->setText(withoutMnemonic(link->fontMetrics().elidedText(text, Qt::ElideMiddle, widestLink)));
+    link->setText(Mnemonics::escaped(link->fontMetrics().elidedText(text, Qt::ElideMiddle, widestLink)));
     link->setAccessibleName(text);
     Mnemonics::exclude(link); // the links come and go with the selection
     QFont underlined = link->font();
@@ -123,7 +117,7 @@ void MacroUsesLinks::addMenu()
     auto *menu = new QMenu(link);
     menu->setToolTipsVisible(true);
     for (const MacroUse &use : further) {
-        QAction *item = menu->addAction(withoutMnemonic(macroUseWords(use)));
+        QAction *item = menu->addAction(Mnemonics::escaped(macroUseWords(use)));
         item->setToolTip(u"<p>"_s + tipOf(use).toHtmlEscaped() + u"</p>"_s);
         connect(item, &QAction::triggered, this, [this, use] { Q_EMIT chosen(use); });
     }

@@ -297,6 +297,11 @@ void Mnemonics::setText(QAbstractButton *button, const QString &text)
         assign(button->window());
 }
 
+QString Mnemonics::escaped(QString text)
+{
+    return text.replace(u'&', "&&"_L1);
+}
+
 QString Mnemonics::plainText(const QString &text)
 {
     const qsizetype mark = markOf(text);

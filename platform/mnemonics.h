@@ -22,6 +22,9 @@ void exclude(QAbstractButton *button);
 /// Sets the text of `button`. If the button had a letter, it gets one again.
 void setText(QAbstractButton *button, const QString &text);
 
+/// Returns `text` as the text of a button or menu entry that shows it unchanged: an ampersand marks no letter in it.
+[[nodiscard]] QString escaped(QString text);
+
 /// Returns `text` without its mnemonic.
 [[nodiscard]] QString plainText(const QString &text);
 

@@ -2,6 +2,7 @@
 #include "platform/popupbutton.h"
 
 #include "base/visibletext.h"
+#include "platform/mnemonics.h"
 #include "platform/popupaccessibility.h"
 
 #include <QAction>
@@ -25,15 +26,10 @@ QString shownTitle(const QString &title)
     return visibleText(title, u' ');
 }
 
-QString withoutMnemonics(QString title)
-{
-    return title.replace(u'&', u"&&"_s);
-}
-
 void setMenuItemTitle(QAction *item, const QString &title)
 {
     item->setProperty(titleProperty, title);
-    item->setText(withoutMnemonics(shownTitle(title)));
+    item->setText(Mnemonics::escaped(shownTitle(title)));
 }
 
 } // namespace
@@ -188,7 +184,7 @@ void PopUpButton::showSelection()
     if (title == mShownTitle)
         return;
     mShownTitle = title;
-    setText(withoutMnemonics(title));
+    setText(Mnemonics::escaped(title));
     PopUpAccessibility::reportValue(this);
     update();
 }

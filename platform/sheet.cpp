@@ -2,6 +2,7 @@
 #include "platform/sheet.h"
 
 #include "base/visibletext.h"
+#include "platform/boldtext.h"
 #include "platform/mnemonics.h"
 #include "platform/screenroom.h"
 #include "platform/scrolledpage.h"
@@ -266,9 +267,7 @@ Sheet *showAlert(const AlertTexts &texts, QWidget *window, Sheet::DidEnd didEnd)
         return label;
     };
     QLabel *title = makeLabel(texts.title, "alertTitle"_L1);
-    QFont bold = title->font();
-    bold.setBold(true);
-    title->setFont(bold);
+    makeBold(title);
 
     auto *buttons = new QHBoxLayout;
     buttons->setSpacing(8);

@@ -43,6 +43,7 @@ private Q_SLOTS:
     void newTextGetsALetterAgain();
     void plainTextHasNoMark_data();
     void plainTextHasNoMark();
+    void anEscapedTextHasNoLetter();
     void letterPressesTheButton();
 
 private:
@@ -172,6 +173,12 @@ void MnemonicsTest::newTextGetsALetterAgain()
     QCOMPARE(record->text(), u"&Stop"_s);
     Mnemonics::setText(record, u"Record"_s);
     QCOMPARE(record->text(), u"&Record"_s);
+}
+
+void MnemonicsTest::anEscapedTextHasNoLetter()
+{
+    QCOMPARE(Mnemonics::escaped(u"R&D & Rest&&"_s), u"R&&D && Rest&&&&"_s);
+    QVERIFY(QKeySequence::mnemonic(Mnemonics::escaped(u"R&D"_s)).isEmpty());
 }
 
 void MnemonicsTest::plainTextHasNoMark_data()
