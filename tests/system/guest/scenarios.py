@@ -116,6 +116,11 @@ def seconds_asleep():
     return time.clock_gettime(time.CLOCK_BOOTTIME) - time.clock_gettime(time.CLOCK_MONOTONIC)
 
 
+def is_default_reached(someone):
+    """Whether the service manager of a user has started everything that belongs to a session."""
+    return someone.service("is-active", "default.target", check=False).stdout.strip() == "active"
+
+
 def threads_with_priority(process):
     """How many threads of a process have real-time priority."""
     tasks = [int(path.name) for path in Path(f"/proc/{process}/task").iterdir()]
@@ -154,14 +159,15 @@ def the_service_starts_with_the_next_session():
 
 
 @scenario
-def root_has_no_service():
-    run("systemctl", "start", "user@0.service")
-    root = User("root")
-    wait_until(lambda: root.service("is-active", "default.target", check=False).stdout.strip() == "active",
-               "the service manager of root")
-    shown = root.service("show", "-p", "ActiveState,ConditionResult", SERVICE).stdout.split()
-    check_equal(sorted(shown), ["ActiveState=inactive", "ConditionResult=no"], "the service of root")
-    run("systemctl", "stop", "user@0.service")
+def root_and_system_users_have_no_service():
+    for name in ("root", "games"):
+        other = User(name)
+        manager = f"user@{other.id}.service"
+        run("systemctl", "start", manager)
+        wait_until(lambda: is_default_reached(other), f"the service manager of {name}")
+        shown = other.service("show", "-p", "ActiveState,ConditionResult", SERVICE).stdout.split()
+        check_equal(sorted(shown), ["ActiveState=inactive", "ConditionResult=no"], f"the service of {name}")
+        run("systemctl", "stop", manager)
 
 
 @scenario
