@@ -5,16 +5,22 @@ once and keeps it in build/system, in a file named after its packages."""
 import hashlib
 import os
 import re
+import shutil
 import subprocess
 import tempfile
 from pathlib import Path
 
 SYSTEMS = Path(__file__).resolve().parents[2] / "build" / "system"
 PACKAGES = ("quill-kestra", "quill-kestra-daemon")
+EXTENSION = "gnome-shell-extension-quill-kestra"
 LOWER_VERSION = "0.9"
 # The packages that ours only recommend, and those that a machine with a seat has.
 SEAT = ("acl", "dbus", "dbus-user-session", "kmod", "libpam-systemd", "pkexec", "polkitd", "python3", "python3-gi",
         "rtkit", "systemd", "systemd-sysv", "udev")
+
+# Two desktops, a notification service for the one that has none, and tools of the scenarios.
+DESKTOPS = ("at-spi2-core", "dbus", "gjs", "gnome-shell", "kwin-wayland", "libgl1-mesa-dri", "libglib2.0-dev-bin",
+            "mako-notifier", "python3", "qt6-wayland")
 
 
 def run(*command, **options):
@@ -41,15 +47,15 @@ def make_lower_version(folder, name, target):
         run("dpkg-deb", "--root-owner-group", "-Znone", "-b", unpacked, target)
 
 
-def needed_packages(folder):
-    """The dependencies of the packages in this folder, without alternatives and versions, and those of a seat."""
+def dependencies(folder):
+    """The dependencies of the packages in this folder, without alternatives and versions."""
     names = set()
     for name in PACKAGES:
         for entry in run("dpkg-deb", "-f", package_file(folder, name), "Depends").split(","):
             names.add(re.match(r"\s*([a-z0-9.+-]+)", entry).group(1))
     # Any session bus will do.
     names.discard("default-dbus-session-bus")
-    return sorted((names - set(PACKAGES)) | set(SEAT))
+    return names - set(PACKAGES)
 
 
 def package_sources():
@@ -60,18 +66,33 @@ def package_sources():
     return [file for file in files if file.is_file()]
 
 
-def system_archive(folder):
-    """A Debian with the dependencies of the packages in this folder, without them, as an archive."""
-    names = ",".join(needed_packages(folder))
+def made_debian(name, suffix, packages, *options):
+    """A Debian with these packages, made now or by an earlier run."""
+    names = ",".join(sorted(packages))
     SYSTEMS.mkdir(parents=True, exist_ok=True)
-    archive = SYSTEMS / f"debian-{hashlib.sha256(names.encode()).hexdigest()[:16]}.tar"
-    if not archive.exists():
-        new = archive.with_suffix(".new.tar")
+    made = SYSTEMS / f"{name}-{hashlib.sha256(' '.join([names, *options]).encode()).hexdigest()[:16]}{suffix}"
+    if not made.exists():
+        new = SYSTEMS / f"new-{made.name}"
+        if new.is_dir():
+            shutil.rmtree(new)  # of a run that was stopped
         release = dict(line.split("=", 1) for line in Path("/etc/os-release").read_text().splitlines() if "=" in line)
-        run("mmdebstrap", "--variant=apt", f"--include={names}", release["VERSION_CODENAME"], new,
+        run("mmdebstrap", "--variant=apt", *options, f"--include={names}", release["VERSION_CODENAME"], new,
             *package_sources())
-        new.rename(archive)
-    return archive
+        new.rename(made)
+    return made
+
+
+def system_archive(folder):
+    """A Debian with the dependencies of the packages in this folder and with a seat, without them, as an archive."""
+    return made_debian("debian", ".tar", dependencies(folder) | set(SEAT))
+
+
+def desktops_folder(folder):
+    """A Debian with the dependencies of the packages in this folder and with desktops, without them, as a folder.
+    Runs must not change it."""
+    # These files would take a third of the time, and no test looks at them.
+    left_out = [f"--dpkgopt=path-exclude=/usr/share/{name}/*" for name in ("doc", "locale", "man", "backgrounds")]
+    return made_debian("desktops", "", dependencies(folder) | set(DESKTOPS), "--dpkgopt=force-unsafe-io", *left_out)
 
 
 def system_image(folder):

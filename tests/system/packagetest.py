@@ -3,6 +3,7 @@
 """Tests the Debian packages in the files of a Debian (debian.py): installation, upgrade, removal and purge.
 Usage: packagetest.py PACKAGES_FOLDER    the folder in which tools/package has built"""
 
+import json
 import os
 import shutil
 import sys
@@ -10,7 +11,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
-from debian import LOWER_VERSION, make_lower_version, package_file, run, system_archive
+from debian import EXTENSION, LOWER_VERSION, make_lower_version, package_file, run, system_archive
 
 PACKAGES = Path(sys.argv.pop(1)).resolve()
 UNIT = "usr/lib/systemd/user/quill-kestra-daemon.service"
@@ -45,6 +46,10 @@ EXPECTED_FILES = {
         usr/share/quill-kestra/Kestra.plist
         usr/share/quill-kestra/texts/de.qm
         usr/share/zsh/vendor-completions/_kestractl"""}
+
+# Needs the Shell, which this Debian does not have; desktopstest.py installs it.
+EXTENSION_FOLDER = "usr/share/gnome-shell/extensions/quill-kestra@quillkestra.org"
+FILES_OF_EXTENSION = {"metadata.json", "extension.js", "__init__.js", "frontapplication.js"}
 
 
 class Packages(unittest.TestCase):
@@ -108,8 +113,17 @@ class Packages(unittest.TestCase):
         self.assertFalse((self.root / ENABLED).is_symlink())
         self.assertEqual((self.root / SETTINGS).read_text(), "settings of the user")
 
+    def test_extension_is_where_the_shell_looks_for_it(self):
+        unpacked = self.folder / "extension"
+        run("dpkg-deb", "-x", package_file(PACKAGES, EXTENSION), unpacked)
+        folder = unpacked / EXTENSION_FOLDER
+        self.assertEqual({path.name for path in folder.iterdir()}, FILES_OF_EXTENSION)
+        metadata = json.loads((folder / "metadata.json").read_text())
+        self.assertEqual(metadata["uuid"], "quill-kestra@quillkestra.org")
+        self.assertLessEqual({"43", "44", "45", "46"}, set(metadata["shell-version"]))
+
     def test_no_file_names_the_build_folder(self):
-        for name in EXPECTED_FILES:
+        for name in (*EXPECTED_FILES, EXTENSION):
             unpacked = self.folder / f"{name}-files"
             run("dpkg-deb", "-x", package_file(PACKAGES, name), unpacked)
             guilty = [path for path in unpacked.rglob("*") if path.is_file()

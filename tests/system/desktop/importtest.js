@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: MIT
+// The extension's entry for GNOME Shell 45 and later, imported as the Shell does, with stubs for what the Shell
+// provides, and a daemon that the test plays. Usage: gjs -m importtest.js EXTENSION_FOLDER RESOURCES
+import Gio from 'gi://Gio';
+import GLib from 'gi://GLib';
+import GObject from 'gi://GObject';
+import Meta from 'gi://Meta';
+import Shell from 'gi://Shell';
+import system from 'system';
+
+const [folder, resources] = system.programArgs;
+const SERVICE = 'org.quillkestra.QuillCoreEngineMsgPort';
+const INTERFACE = `<node><interface name="org.quillkestra.FrontApplication"><method name="TellWindow">
+    <arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="s" direction="in"/>
+</method></interface></node>`;
+const NOTHING = ['', '', ''];
+
+let handlers = 0; // of the stubs' signals
+
+const Counting = GObject.registerClass(class Counting extends GObject.Object {
+    connect(...args) {
+        ++handlers;
+        return super.connect(...args);
+    }
+
+    disconnect(id) {
+        --handlers;
+        super.disconnect(id);
+    }
+});
+
+const Window = GObject.registerClass({
+    Properties: {
+        'wm-class': GObject.ParamSpec.string('wm-class', '', '', GObject.ParamFlags.READWRITE, ''),
+        'title': GObject.ParamSpec.string('title', '', '', GObject.ParamFlags.READWRITE, ''),
+    },
+}, class Window extends Counting {
+    get_wm_class() {
+        return this.wm_class;
+    }
+
+    get_pid() {
+        return this.processId;
+    }
+
+    get_title() {
+        return this.title;
+    }
+});
+
+const Display = GObject.registerClass({
+    Properties: {
+        'focus-window': GObject.ParamSpec.object('focus-window', '', '', GObject.ParamFlags.READWRITE, Window.$gtype),
+    },
+}, class Display extends Counting {});
+
+const Tracker = GObject.registerClass({
+    Properties: {
+        'focus-app': GObject.ParamSpec.string('focus-app', '', '', GObject.ParamFlags.READWRITE, ''),
+    },
+}, class Tracker extends Counting {
+    get_window_app(window) {
+        return window.entry ? {get_id: () => window.entry} : null;
+    }
+});
+
+/** The daemon on the bus, from its creation until end(). */
+class Daemon {
+    constructor() {
+        this.reports = [];
+        this.bus = Gio.DBusConnection.new_for_address_sync(GLib.getenv('DBUS_SESSION_BUS_ADDRESS'),
+            Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, null, null);
+        const object = Gio.DBusExportedObject.wrapJSObject(INTERFACE, {
+            TellWindow: (windowClass, entry, processId) => {
+                this.reports.push([windowClass, entry, processId]);
+            },
+        });
+        object.export(this.bus, '/FrontApplication');
+        callBus(this.bus, 'RequestName', new GLib.Variant('(su)', [SERVICE, 0]));
+    }
+
+    end() {
+        this.bus.close_sync(null);
+    }
+}
+
+function callBus(bus, method, body) {
+    bus.call_sync('org.freedesktop.DBus', '/org/freedesktop/DBus', 'org.freedesktop.DBus', method, body, null,
+        Gio.DBusCallFlags.NONE, -1, null);
+}
+
+function fail(text) {
+    printerr(`importtest: ${text}`);
+    system.exit(1);
+}
+
+function waitUntil(condition, what) {
+    const limit = GLib.get_monotonic_time() + 60 * GLib.USEC_PER_SEC;
+    const wakeUp = GLib.timeout_add(GLib.PRIORITY_DEFAULT, 50, () => GLib.SOURCE_CONTINUE);
+    while (!condition()) {
+        if (GLib.get_monotonic_time() > limit)
+            fail(`it did not come: ${what}`);
+        GLib.MainContext.default().iteration(true);
+    }
+    GLib.source_remove(wakeUp);
+}
+
+function isLast(daemon, report) {
+    return JSON.stringify(daemon.reports.at(-1)) === JSON.stringify(report);
+}
+
+Gio.Resource.load(resources)._register();
+const display = new Display();
+const tracker = new Tracker();
+globalThis.global = {display};
+Meta.is_wayland_compositor = () => true;
+Shell.WindowTracker.get_default = () => tracker;
+
+const game = new Window({wm_class: 'game', title: 'private'});
+Object.assign(game, {entry: 'org.example.Game.desktop', processId: 7});
+const other = new Window({wm_class: null, title: 'private'});
+Object.assign(other, {entry: 'window:5', processId: 0});
+
+const module = await import(`file://${folder}/extension.js`);
+const extension = new module.default({uuid: 'quill-kestra@quillkestra.org'});
+if (extension.metadata.uuid !== 'quill-kestra@quillkestra.org')
+    fail('the extension is none of the Shell');
+
+// The daemon starts later than the Shell, with a window in front.
+display.focus_window = game;
+extension.enable();
+let daemon = new Daemon();
+waitUntil(() => isLast(daemon, ['game', 'org.example.Game.desktop', '7']), 'the window in front at the start');
+display.focus_window = other;
+waitUntil(() => isLast(daemon, NOTHING), 'a window without names');
+other.wm_class = 'later';
+waitUntil(() => isLast(daemon, ['later', '', '']), 'a class that is set later');
+other.entry = 'org.example.Other.desktop';
+tracker.focus_app = 'other';
+waitUntil(() => isLast(daemon, ['later', 'org.example.Other.desktop', '']), 'an application that is known later');
+
+// Another daemon, with the same window in front.
+daemon.end();
+daemon = new Daemon();
+waitUntil(() => isLast(daemon, ['later', 'org.example.Other.desktop', '']), 'the window in front, for another daemon');
+
+extension.disable();
+waitUntil(() => isLast(daemon, NOTHING), 'the end of the reports');
+if (handlers !== 0)
+    fail(`disable() leaves ${handlers} handlers`);
+daemon.end();
+daemon = new Daemon();
+// Comes after everything that the extension would send to this daemon.
+const marker = ['marker', '', ''];
+const watch = Gio.bus_watch_name(Gio.BusType.SESSION, SERVICE, Gio.BusNameWatcherFlags.NONE, bus =>
+    bus.call(SERVICE, '/FrontApplication', 'org.quillkestra.FrontApplication', 'TellWindow',
+        new GLib.Variant('(sss)', marker), null, Gio.DBusCallFlags.NONE, -1, null, null), null);
+waitUntil(() => isLast(daemon, marker), 'a report of the test itself');
+Gio.bus_unwatch_name(watch);
+if (daemon.reports.length !== 1)
+    fail(`reports after disable(): ${JSON.stringify(daemon.reports)}`);
+
+display.focus_window = game;
+extension.enable();
+waitUntil(() => isLast(daemon, ['game', 'org.example.Game.desktop', '7']), 'the window in front, enabled again');
+extension.disable();
+waitUntil(() => isLast(daemon, NOTHING), 'the end of the reports');
+system.exit(0);
