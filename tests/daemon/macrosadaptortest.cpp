@@ -5,6 +5,7 @@
 #include "base/qlcoreutility.h"
 #include "daemon/busobjects.h"
 #include "daemon/devicedaemon.h"
+#include "daemon/frontapplication/gnomeshell.h"
 #include "daemon/keyboards/virtual/virtualkeyboard.h"
 #include "daemon/settings/settingsdocument.h"
 #include "daemon/settings/settingsstore.h"
@@ -185,6 +186,7 @@ private:
     std::unique_ptr<DeviceChoice> mChoice;
     std::unique_ptr<KeyWatch> mKeyWatch;
     std::unique_ptr<MacroTries> mTries;
+    std::unique_ptr<GnomeShell> mGnomeShell;
     std::unique_ptr<FrontApplicationWatch> mFrontApplication;
     std::unique_ptr<BusObjects> mObjects;
     std::unique_ptr<Client> mClient;
@@ -221,6 +223,7 @@ void MacrosAdaptorTest::init()
     const QDBusConnection bus = QDBusConnection::sessionBus();
     mKeyWatch = std::make_unique<KeyWatch>(mDaemon->keyboard(), bus);
     mTries = std::make_unique<MacroTries>(bus);
+    mGnomeShell = std::make_unique<GnomeShell>(bus);
     mFrontApplication = std::make_unique<FrontApplicationWatch>(std::vector<FrontApplicationWatch::SourceKind>());
     mObjects = std::make_unique<BusObjects>(BusObjects::Parts{.store = *mStore,
                                                               .virtualKeyboard = *mVirtualKeyboard,
@@ -228,6 +231,7 @@ void MacrosAdaptorTest::init()
                                                               .deviceChoice = *mChoice,
                                                               .keyWatch = *mKeyWatch,
                                                               .frontApplication = *mFrontApplication,
+                                                              .gnomeShell = *mGnomeShell,
                                                               .profiles = mDaemon->profiles(),
                                                               .history = mDaemon->history(),
                                                               .historyCalls = mDaemon->historyCommands(),
@@ -245,6 +249,7 @@ void MacrosAdaptorTest::cleanup()
     mDaemon->shutDown();
     mObjects.reset();
     mFrontApplication.reset();
+    mGnomeShell.reset();
     mTries.reset();
     mKeyWatch.reset();
     mChoice.reset();
