@@ -210,11 +210,15 @@ void SeatWatchTest::managerThatEndsWithoutAnAnswerHasAnsweredBefore()
     mLogin->ignore(u"ListSessions"_s);
     mLogin->announceSeat(u"seat0"_s);
     QTRY_COMPARE(presence(), Presence::unknown);
+    QTRY_VERIFY(!mWatch->willAskAgain()); // the manager ignores another question, and ends before it answers
+    const std::chrono::milliseconds pause = mWatch->nextPause();
     mLogin->unregister();
-    QTRY_VERIFY(!mWatch->willAskAgain()); // it is asked again
+    QTRY_VERIFY(mWatch->nextPause() > pause); // that question has failed
+    QTRY_VERIFY(!mWatch->willAskAgain());     // the next one goes to a name without an owner
     QVERIFY(!QDBusConnection::sessionBus().interface()->isServiceRegistered(u"org.freedesktop.login1"_s));
-    QCoreApplication::processEvents(); // the bus has answered in order: there is none
+    QCoreApplication::processEvents(); // the bus has answered both calls in order
     QCOMPARE(presence(), Presence::unknown);
+    QVERIFY(!mWatch->willAskAgain()); // its registration is awaited
     mLogin->ignore({});
     mLogin->registerAgain();
     QTRY_COMPARE(presence(), Presence::elsewhere);
