@@ -283,6 +283,28 @@ def check_texts(sources):
     return findings
 
 
+LABEL = re.compile(r'<message id="(lkey\w*)">.*?<translation>([^<]*)</translation>')
+CAPITALS = {"Quill", "QUILL", "Kestra", "KESTRA", "Expert", "MMO", "Gaming", "Keyboard", "Configurator", "Club"}
+FIXED_LABELS = {"lkeyTypeText"}
+LABEL_WORDS = 5
+
+
+def check_label_case(sources):
+    """English labels are in sentence case: only their first word, names and terms in capitals begin with a capital."""
+    findings = []
+    for source in sources:
+        if source.suffix != ".ts" or not source.is_under("resources/texts/en"):
+            continue
+        for key, text in LABEL.findall(source.text):
+            words = re.findall(r"[^\W\d_][\w’]*", text)
+            is_label = len(words) <= LABEL_WORDS and not re.search(r"[.:;!?] ", text)
+            if not is_label or key in FIXED_LABELS:
+                continue
+            findings += [f"{source.path}: {key}: {word!r} begins with a capital" for word in words[1:]
+                         if word[0].isupper() and not word.isupper() and word not in CAPITALS]
+    return findings
+
+
 # --- paths of one machine -----------------------------------------------------------------------------------------
 
 # A home folder in an example is fine if it is not that of a real user.
@@ -483,6 +505,7 @@ ALL_CHECKS = {
     "document-look-ups": check_document_look_ups,
     "failures": check_failures,
     "texts": check_texts,
+    "label-case": check_label_case,
     "machine-paths": check_machine_paths,
     "thin-mains": check_thin_mains,
     "protocol-document": check_protocol_document,

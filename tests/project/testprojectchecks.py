@@ -5,8 +5,8 @@
 import unittest
 
 from projectchecks import (MAXIMUM_MAIN_LINES, Source, check_bus_connections, check_changelog,
-                           check_document_look_ups, check_failures, check_include_directions, check_licence_lines,
-                           check_links, check_machine_paths, check_protocol_document, check_string_connects, check_texts, check_thin_mains)
+                           check_document_look_ups, check_failures, check_include_directions, check_label_case,
+                           check_licence_lines, check_links, check_machine_paths, check_protocol_document, check_string_connects, check_texts, check_thin_mains)
 
 KEYS_CMAKE = Source("keys/CMakeLists.txt", """
 kestra_library(kestra_keys_records
@@ -245,6 +245,27 @@ class Failures(unittest.TestCase):
                      "const QString *problem = find(); int *next(int *position);", "text.toInt(&ok);"):
             with self.subTest(text=text):
                 self.assertEqual(check_failures([Source("daemon/a.h", text)]), [])
+
+
+class LabelCase(unittest.TestCase):
+    @staticmethod
+    def findings(text, key="lkeyOne", path="resources/texts/en/keys.ts"):
+        line = f'<message id="{key}"><source>{key}</source><translation>{text}</translation></message>'
+        return check_label_case([Source(path, line)])
+
+    def test_sentence_case_passes(self):
+        for text in ("Release keys", "Delete", "Quill Kestra Configurator", "Press F5 or AB", "Stopped. Try again.",
+                     "Undo: Macro %@ added"):
+            with self.subTest(text=text):
+                self.assertEqual(self.findings(text), [])
+
+    def test_title_case_is_found(self):
+        self.assertEqual(self.findings("Release Keys"),
+                         ["resources/texts/en/keys.ts: lkeyOne: 'Keys' begins with a capital"])
+
+    def test_other_languages_and_the_fixed_label_pass(self):
+        self.assertEqual(self.findings("Tasten Loslassen", path="resources/texts/de/keys.ts"), [])
+        self.assertEqual(self.findings("Type Text…", key="lkeyTypeText"), [])
 
 
 class Texts(unittest.TestCase):

@@ -61,7 +61,7 @@
     <message id="lkeyButtonArea"><source>lkeyButtonArea</source><translation>Click here to record mouse buttons.</translation></message>
     <message id="lkeyTryMacro"><source>lkeyTryMacro</source><translation>Try…</translation></message>
     <message id="lkeyTryMacroTip"><source>lkeyTryMacroTip</source><translation>Try the selected macro</translation></message>
-    <message id="lkeyTryTitle"><source>lkeyTryTitle</source><translation>Try Macro</translation></message>
+    <message id="lkeyTryTitle"><source>lkeyTryTitle</source><translation>Try macro</translation></message>
     <message id="lkeyTryExplanation"><source>lkeyTryExplanation</source><translation>See what the computer would receive from “%@”. Start sends nothing to it.</translation></message>
     <message id="lkeyTryRepeat"><source>lkeyTryRepeat</source><translation>Playback</translation></message>
     <message id="lkeyTryStart"><source>lkeyTryStart</source><translation>Start</translation></message>
@@ -88,7 +88,7 @@
     <message id="lkeyTimelineFitTip"><source>lkeyTimelineFitTip</source><translation>Show the whole macro</translation></message>
     <message id="lkeyTimelineLeftDown"><source>lkeyTimelineLeftDown</source><translation>Still down at the end: %@.</translation></message>
     <message id="lkeyTimelineUnpaired"><source>lkeyTimelineUnpaired</source><translation>Events without their press or release: %@.</translation></message>
-    <message id="lkeyTimelineRelease"><source>lkeyTimelineRelease</source><translation>Release Keys</translation></message>
+    <message id="lkeyTimelineRelease"><source>lkeyTimelineRelease</source><translation>Release keys</translation></message>
     <message id="lkeyTimelineReleaseTip"><source>lkeyTimelineReleaseTip</source><translation>Add the missing releases at the end of the macro</translation></message>
     <message id="lkeyTypeText"><source>lkeyTypeText</source><translation>Type Text…</translation></message>
     <message id="lkeyTypeTextTitle"><source>lkeyTypeTextTitle</source><translation>Type text</translation></message>
