@@ -25,6 +25,7 @@ public:
     virtual void startMacroRecordingMacroIndex(int /*appendFlag*/, int /*macroIndex*/) {}
     virtual void stopMacroRecording() {}
     virtual void saveRecordedEventsForMacroAtIndexIsNewRecording(int /*macroIndex*/, int /*isNewRecording*/) {}
+    virtual void recordButton(int /*button*/, bool /*isDown*/) {}
     virtual void renameMacroAtIndexWithNewName(int /*macroIndex*/, const QString & /*newName*/) {}
     virtual void deleteMacroAtIndex(int /*macroIndex*/) {}
     /// Shows an event to the user, without a message box.

@@ -52,6 +52,7 @@ Sheet *NewMacro::begin(QWidget *parent, QWidget *window, const QString &key)
     if (!mSheet) {
         mSheet = new NewMacroSheet(parent);
         connect(mSheet, &NewMacroSheet::recordClicked, this, &NewMacro::recordClicked);
+        connect(mSheet, &NewMacroSheet::buttonChanged, this, &NewMacro::recordButton);
         connect(mSheet, &NewMacroSheet::assignClicked, this, &NewMacro::assign);
         connect(mSheet, &NewMacroSheet::cancelClicked, this, &NewMacro::cancel);
         mSheet->showSource(mSource);
@@ -132,6 +133,13 @@ void NewMacro::takeEvents(const QVariantMap &userInfo)
     if (userInfo.value(DaemonProtocol::isMacroFull).toBool())
         mDelegate->report({.event = StatusReport::Event::macroFull, .subject = MacroRecord::name(macro)});
     mSheet->addLines(userInfo.value(DaemonProtocol::messagesArray).toStringList());
+}
+
+void NewMacro::recordButton(int button, bool isDown)
+{
+    // Its area is hidden, and releases its buttons, when the recording has ended already.
+    if (mStep == Step::recording)
+        mDelegate->recordButton(button, isDown);
 }
 
 void NewMacro::stopRecording()

@@ -54,6 +54,7 @@ private:
     [[nodiscard]] QVariantList storedEvents() const;
     void setStep(Step step);
     void startRecording();
+    void recordButton(int button, bool isDown);
     void stopRecording();
     void recordClicked();
     void assign();

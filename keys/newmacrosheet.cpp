@@ -3,6 +3,7 @@
 
 #include "base/text.h"
 #include "macros/eventparser.h"
+#include "platform/buttonarea.h"
 #include "platform/mnemonics.h"
 #include "platform/spacing.h"
 
@@ -30,7 +31,8 @@ template <typename Widget> Widget *named(Widget *widget, const char *name)
 
 NewMacroSheet::NewMacroSheet(QWidget *parent)
     : Sheet(parent), mArea(named(new QWidget, "mNewMacroArea")), mHint(named(new QLabel, "mNewMacroHint")),
-      mEvents(named(new QListWidget, "mNewMacroEvents")), mRecord(named(new QPushButton, "mNewMacroRecord")),
+      mEvents(named(new QListWidget, "mNewMacroEvents")), mButtonArea(named(new ButtonArea, "mNewMacroButtonArea")),
+      mRecord(named(new QPushButton, "mNewMacroRecord")),
       mNameLabel(named(new QLabel(localizedText("lkeyNewMacroName")), "mNewMacroNameLabel")),
       mName(named(new QLineEdit, "mNewMacroName")),
       mCancel(named(new QPushButton(localizedText("lkeyCancel")), "mNewMacroCancel")),
@@ -43,11 +45,13 @@ NewMacroSheet::NewMacroSheet(QWidget *parent)
     mEvents->setFocusPolicy(Qt::NoFocus);
     mEvents->setSelectionMode(QAbstractItemView::NoSelection);
     mEvents->setAccessibleName(localizedText("lkeyNewMacroEvents"));
+    mButtonArea->setText(localizedText("lkeyButtonArea"));
     mNameLabel->setBuddy(mName);
     for (QPushButton *button : {mRecord, mCancel, mAssign})
         button->setAutoDefault(false);
     setCancelButton(mCancel);
     layOut();
+    connect(mButtonArea, &ButtonArea::buttonChanged, this, &NewMacroSheet::buttonChanged);
     connect(mRecord, &QPushButton::clicked, this, &NewMacroSheet::recordClicked);
     connect(mAssign, &QPushButton::clicked, this, &NewMacroSheet::assignClicked);
     connect(mCancel, &QPushButton::clicked, this, &NewMacroSheet::cancelClicked);
@@ -60,6 +64,10 @@ void NewMacroSheet::layOut()
     recording->setSpacing(Spacing::normal);
     recording->addWidget(mHint);
     recording->addWidget(mEvents);
+    recording->addWidget(mButtonArea);
+    QSizePolicy keepsItsPlace = mButtonArea->sizePolicy(); // the sheet keeps its size when the recording ends
+    keepsItsPlace.setRetainSizeWhenHidden(true);
+    mButtonArea->setSizePolicy(keepsItsPlace);
     recording->addWidget(mRecord, 0, Qt::AlignTrailing);
     mEvents->setFixedHeight(listHeight);
     auto *name = new QHBoxLayout;
@@ -110,6 +118,7 @@ void NewMacroSheet::showRecording()
     mIsRecording = true;
     mHasEvents = false;
     mEvents->clear();
+    mButtonArea->show();
     Mnemonics::setText(mRecord, localizedText("lkeyStop"));
     mName->setEnabled(false);
     mAssign->setEnabled(false);
@@ -121,6 +130,7 @@ void NewMacroSheet::showRecording()
 void NewMacroSheet::showRecorded(const QVariantList &events)
 {
     mIsRecording = false;
+    mButtonArea->hide();
     mHasEvents = !events.isEmpty();
     mEvents->clear(); // a recording without a key leaves the macro as it was
     addLines(eventParser::getMessagesArray(events));

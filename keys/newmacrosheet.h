@@ -8,6 +8,7 @@
 
 #include <QStringList>
 
+class ButtonArea;
 class QLabel;
 class QLineEdit;
 class QListWidget;
@@ -33,7 +34,8 @@ public:
     [[nodiscard]] QWidget *recordingArea() const { return mArea; }
 
 Q_SIGNALS:
-    void recordClicked(); ///< also the click on Stop
+    void recordClicked();                        ///< also the click on Stop
+    void buttonChanged(int number, bool isDown); ///< as of ButtonArea, during a recording
     void assignClicked();
     void cancelClicked();
 
@@ -44,6 +46,7 @@ private:
     QWidget *mArea;
     QLabel *mHint;
     QListWidget *mEvents;
+    ButtonArea *mButtonArea;
     QPushButton *mRecord;
     QLabel *mNameLabel;
     QLineEdit *mName;

@@ -5,7 +5,6 @@
 
 #include "base/daemonprotocol.h"
 #include "base/text.h"
-#include "macros/buttonarea.h"
 #include "macros/macrodelegate.h"
 #include "macros/macrorecord.h"
 #include "macros/macrosearchfield.h"
@@ -15,6 +14,7 @@
 #include "macros/nstableviewmacrodetailssubclass.h"
 #include "macros/nstableviewmacrosubclass.h"
 #include "macros/numberonlytextfield.h"
+#include "platform/buttonarea.h"
 #include "platform/distributednotificationcenter.h"
 #include "platform/emptystate.h"
 #include "platform/pulldownbutton.h"

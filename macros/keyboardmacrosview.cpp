@@ -3,7 +3,6 @@
 #include "macros/keyboardmacroscontroller.h"
 
 #include "base/text.h"
-#include "macros/buttonarea.h"
 #include "macros/macrodelegate.h"
 #include "macros/macrosearchfield.h"
 #include "macros/macrotimelinepart.h"
@@ -12,6 +11,7 @@
 #include "macros/nstableviewmacrodetailssubclass.h"
 #include "macros/nstableviewmacrosubclass.h"
 #include "macros/numberonlytextfield.h"
+#include "platform/buttonarea.h"
 #include "platform/emptystate.h"
 #include "platform/pulldownbutton.h"
 #include "platform/spacing.h"

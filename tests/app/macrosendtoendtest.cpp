@@ -10,13 +10,13 @@
 #include "daemonlink/daemontransport.h"
 #include "daemonlink/historyentries.h"
 #include "keys/keyboardkeyscontroller.h"
-#include "macros/buttonarea.h"
 #include "macros/eventparser.h"
 #include "macros/keyboardmacroscontroller.h"
 #include "macros/macroedits.h"
 #include "macros/macrorecord.h"
 #include "macros/macrotrysheet.h"
 #include "macros/numberonlytextfield.h"
+#include "platform/buttonarea.h"
 #include "platform/filepanels.h"
 #include "platform/popupbutton.h"
 #include "platform/pulldownbutton.h"
@@ -108,6 +108,7 @@ private Q_SLOTS:
     void leavingTheTabEndsTheRecordingAndKeepsIt();
     void deletesEvents();
     void recordsMouseButtonsAmongTheKeys();
+    void newMacroRecordsMouseButtonsAmongTheKeys();
     void triesAMacroWithoutTyping();
     void tryIsStoppedAtOnce();
     void tryEndsWithTheDaemon();
@@ -159,6 +160,8 @@ private:
     }
     /// The record of a macro in the daemon's document; empty when it has none of that name.
     QVariantMap kept(const QString &name);
+    /// Its events: "+" or "-", then page and usage.
+    QStringList keptEvents(const QString &name);
     QVariantMap settings() { return mDaemon->request(Command::readSettings)->values; }
 
     HubResources mResources;
@@ -240,6 +243,18 @@ QVariantMap MacrosEndToEndTest::kept(const QString &name)
             return macro.toMap();
     }
     return {};
+}
+
+QStringList MacrosEndToEndTest::keptEvents(const QString &name)
+{
+    QStringList events;
+    for (const QVariant &event : MacroRecord::events(kept(name))) {
+        const MacroRecord::Event fields = MacroRecord::eventFields(event.toMap());
+        events += u"%1%2:%3"_s.arg(QChar(fields.command == MacroRecord::keyDown ? u'+' : u'-'))
+                      .arg(fields.page)
+                      .arg(fields.argument);
+    }
+    return events;
 }
 
 void MacrosEndToEndTest::recordsTypedKeys()
@@ -805,16 +820,26 @@ void MacrosEndToEndTest::recordsMouseButtonsAmongTheKeys()
     QTest::mousePress(area, Qt::LeftButton);
     QTRY_COMPARE(lines().size(), 9);
     click("mRecordMacroDetails"); // its click is not recorded, and ends the press
-    QStringList buttons;
-    for (const QVariant &event : MacroRecord::events(kept(u"Combo"_s))) {
-        const MacroRecord::Event fields = MacroRecord::eventFields(event.toMap());
-        buttons += u"%1%2:%3"_s.arg(QChar(fields.command == MacroRecord::keyDown ? u'+' : u'-'))
-                       .arg(fields.page)
-                       .arg(fields.argument);
-    }
-    QCOMPARE(buttons, (QStringList{u"+9:2"_s, u"+7:4"_s, u"-7:4"_s, u"-9:2"_s, u"+9:1"_s, u"-9:1"_s}));
+    QCOMPARE(keptEvents(u"Combo"_s), (QStringList{u"+9:2"_s, u"+7:4"_s, u"-7:4"_s, u"-9:2"_s, u"+9:1"_s, u"-9:1"_s}));
     QCOMPARE(lines().first().trimmed(), u"Right Button down"_s);
     QCOMPARE(lines().last().trimmed(), u"Left Button up"_s);
+}
+
+void MacrosEndToEndTest::newMacroRecordsMouseButtonsAmongTheKeys()
+{
+    makeMacroForF();
+    auto *area = mHub->find<ButtonArea>("mNewMacroButtonArea");
+    const auto *events = mHub->find<QListWidget>("mNewMacroEvents");
+    QTRY_VERIFY(area->isVisible());
+    QTest::mouseClick(area, Qt::RightButton);
+    QTRY_COMPARE(events->count(), 7);
+    QTest::mousePress(area, Qt::LeftButton);
+    QTRY_COMPARE(events->count(), 9);
+    QTest::mouseClick(mHub->find<QPushButton>("mNewMacroRecord"), Qt::LeftButton); // Stop is not recorded
+    QCOMPARE(events->count(), 11);
+    mHub->find<QLineEdit>("mNewMacroName")->setText(u"Combo"_s);
+    click("mNewMacroAssign");
+    QCOMPARE(keptEvents(u"Combo"_s), (QStringList{u"+7:4"_s, u"-7:4"_s, u"+9:2"_s, u"-9:2"_s, u"+9:1"_s, u"-9:1"_s}));
 }
 
 void MacrosEndToEndTest::openTrySheet()

@@ -3,6 +3,7 @@
 #include "base/daemonprotocol.h"
 #include "base/text.h"
 #include "macros/macrorecord.h"
+#include "platform/buttonarea.h"
 #include "platform/distributednotificationcenter.h"
 #include "platform/popupbutton.h"
 #include "platform/sheet.h"
@@ -11,6 +12,7 @@
 #include "tests/support/testmain.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -74,6 +76,7 @@ public:
         macros.removeAt(macroIndex);
         handOver();
     }
+    void recordButton(int button, bool isDown) override { calls << u"button %1 %2"_s.arg(button).arg(isDown); }
     void handOver() const { controller->setMAllMacrosArray(macros); }
 
     KeyboardKeysController *controller = nullptr;
@@ -118,12 +121,16 @@ private Q_SLOTS:
     void anotherProfileEndsIt();
     void captureAreaIsTheRecordingAlone();
     void keysOfTheRecordingPressNoButton();
+    void clicksInTheButtonAreaAreRecorded();
+    void clicksElsewhereAreNotRecorded();
+    void buttonsAreForTheRecordingAlone();
     void drawsTheSheet_data();
     void drawsTheSheet();
 
 private:
     void open();
     void click(const char *button) { mTab->find<QPushButton>(button)->click(); }
+    [[nodiscard]] ButtonArea *buttonArea() const { return mTab->find<ButtonArea>("mNewMacroButtonArea"); }
     [[nodiscard]] Sheet *sheet() const { return mTab->find<Sheet>("mNewMacroSheet"); }
     [[nodiscard]] bool isUp() const { return sheet() && sheet()->isUp(); }
 
@@ -398,6 +405,49 @@ void NewMacroTest::keysOfTheRecordingPressNoButton()
         QTest::keyClick(sheet(), key);
     QVERIFY(isUp());
     QCOMPARE(mKeeper.calls, QStringList());
+}
+
+void NewMacroTest::clicksInTheButtonAreaAreRecorded()
+{
+    open();
+    QVERIFY(QTest::qWaitForWindowActive(sheet()));
+    QVERIFY(!buttonArea()->text().isEmpty());
+    mKeeper.calls.clear();
+    QTest::mouseClick(buttonArea(), Qt::RightButton);
+    QTest::mouseClick(buttonArea(), Qt::ForwardButton);
+    QCOMPARE(mKeeper.calls, (QStringList{u"button 2 1"_s, u"button 2 0"_s, u"button 5 1"_s, u"button 5 0"_s}));
+    QCOMPARE(QApplication::focusWidget(), mTab->find<QWidget>("mNewMacroArea")); // it still takes the keys
+}
+
+void NewMacroTest::clicksElsewhereAreNotRecorded()
+{
+    open();
+    QVERIFY(QTest::qWaitForWindowActive(sheet()));
+    mKeeper.calls.clear();
+    for (QWidget *widget : sheet()->findChildren<QWidget *>()) {
+        if (widget != buttonArea() && widget->isVisible())
+            QTest::mouseClick(widget, Qt::RightButton);
+    }
+    QCOMPARE(mKeeper.calls, QStringList());
+    QTest::mouseClick(mTab->find<QPushButton>("mNewMacroRecord"), Qt::LeftButton);
+    QCOMPARE(mKeeper.calls, (QStringList{u"stop"_s, u"save 2 0"_s}));
+}
+
+void NewMacroTest::buttonsAreForTheRecordingAlone()
+{
+    open();
+    QVERIFY(QTest::qWaitForWindowActive(sheet()));
+    const QSize size = sheet()->size();
+    click("mNewMacroRecord");
+    QVERIFY(!buttonArea()->isVisible());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    QCOMPARE(sheet()->size(), size);
+    click("mNewMacroRecord");
+    QVERIFY(buttonArea()->isVisible());
+    QTest::mousePress(buttonArea(), Qt::LeftButton);
+    mKeeper.calls.clear();
+    click("mNewMacroCancel"); // the daemon releases the button when the recording ends
+    QCOMPARE(mKeeper.calls.filter(u"button"_s), QStringList());
 }
 
 void NewMacroTest::drawsTheSheet_data()

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // The sheet on which the user tries a macro, and the area in which the user clicks to record mouse buttons.
-#include "macros/buttonarea.h"
 #include "macros/macrotimelineview.h"
 #include "macros/macrotrysheet.h"
+#include "platform/buttonarea.h"
 #include "platform/popupbutton.h"
 #include "platform/statusline.h"
 #include "tests/macros/macrostesting.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "macros/buttonarea.h"
+#include "platform/buttonarea.h"
 
 #include "base/hidusage.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The area of the macros tab in which the user clicks to record mouse buttons. Main thread only.
+// The area in which the user clicks to record mouse buttons. Main thread only.
 #pragma once
 
 #include <QLabel>
