@@ -74,6 +74,13 @@ int MacroRecord::macroId(const QVariantMap &macro)
     return PlistNumbers::integerValue(identity(macro));
 }
 
+std::optional<int> MacroRecord::indexOfMacroId(const QVariantList &macros, qint64 macroId)
+{
+    const auto isMeant = [macroId](const QVariant &macro) { return MacroRecord::macroId(macro.toMap()) == macroId; };
+    const auto found = macroId > 0 ? std::ranges::find_if(macros, isMeant) : macros.end();
+    return found == macros.end() ? std::nullopt : std::optional(static_cast<int>(found - macros.begin()));
+}
+
 int MacroRecord::delayMs(const QVariantMap &macro)
 {
     return PlistNumbers::integerValue(macro.value(SettingsKeys::delay));

@@ -49,6 +49,9 @@ struct Event
 [[nodiscard]] QVariant identity(const QVariantMap &macro);
 /// Returns "macroID" as a number; 0 if it is absent or not a number.
 [[nodiscard]] int macroId(const QVariantMap &macro);
+/// Returns the index of the record in `macros` (the array "Macros") with this "macroID"; absent if there is none. The
+/// daemon's numbers begin at 1, so no record has a smaller one, also not one whose "macroID" is absent.
+[[nodiscard]] std::optional<int> indexOfMacroId(const QVariantList &macros, qint64 macroId);
 /// Returns "delay", the pause before the first event of a recording; 0 if it is absent or not a number.
 [[nodiscard]] int delayMs(const QVariantMap &macro);
 /// Returns "sequence" unchanged, for comparison: macros with equal sequences have the same events. Invalid if absent.

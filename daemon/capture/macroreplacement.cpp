@@ -53,16 +53,6 @@ Result<QVariantList> eventsIn(const QByteArray &bytes)
     return events;
 }
 
-/// The index of the macro with the number; -1 if there is none.
-int indexOf(const QVariantList &macros, quint32 macroId)
-{
-    for (qsizetype index = 0; index < macros.size(); ++index) {
-        if (MacroRecord::macroId(macros.at(index).toMap()) == qint64(macroId))
-            return static_cast<int>(index);
-    }
-    return -1;
-}
-
 } // namespace
 
 MacroReplacement::MacroReplacement(CurrentSettings &settings, const CaptureSession &captures)
@@ -75,10 +65,10 @@ Result<void, Failure> MacroReplacement::replace(quint32 macroId, const QString &
 {
     const QVariantMap document = mSettings.document();
     QVariantList macros = Document(document).macros();
-    const int index = indexOf(macros, macroId);
-    if (index < 0)
+    const std::optional<int> index = MacroRecord::indexOfMacroId(macros, macroId);
+    if (!index)
         return failure(Refusal::gone, u"there is no such macro any more"_s);
-    const QVariantMap macro = macros.at(index).toMap();
+    const QVariantMap macro = macros.at(*index).toMap();
     if (mCaptures.isRecording(MacroRecord::macroId(macro)))
         return failure(Refusal::busy, u"the macro is being recorded"_s);
     if (MacroRecord::digest(MacroRecord::events(macro)) != digest)
@@ -86,7 +76,7 @@ Result<void, Failure> MacroReplacement::replace(quint32 macroId, const QString &
     const Result<QVariantList> given = eventsIn(events);
     if (!given)
         return failure(Refusal::invalid, given.error().message);
-    macros[index] = MacroRecord::withEvents(macro, *given);
+    macros[*index] = MacroRecord::withEvents(macro, *given);
     const QVariantMap changed = SettingsDocument::completed(SettingsDocument::withMacros(document, macros));
     if (const Result<void> valid = SettingsDocument::validate(changed); !valid)
         return failure(Refusal::invalid, valid.error().message);

@@ -18,16 +18,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-std::optional<QVariantMap> macroWithId(const QVariantList &macros, int macroId)
-{
-    for (const QVariant &value : macros) {
-        const QVariantMap macro = value.toMap();
-        if (MacroRecord::identity(macro).isValid() && MacroRecord::macroId(macro) == macroId)
-            return macro;
-    }
-    return {};
-}
-
 bool isRepeatMode(int repeat)
 {
     return std::ranges::find(KeyMappings::repeatModes(), repeat, &KeyMappings::RepeatMode::value)
@@ -55,8 +45,8 @@ void MacroTries::setMacros(const QVariantList &macros)
     mMacros = macros;
     endIf(mClock.now(), [this](const Try &tried) -> std::optional<End> {
         const MacroPlayback &playback = tried.playback;
-        const std::optional<QVariantMap> macro = macroWithId(mMacros, playback.macro()->macroId);
-        const bool isSame = macro && MacroRecord::sequence(*macro) == playback.macro()->sequence;
+        const std::optional<int> index = MacroRecord::indexOfMacroId(mMacros, playback.macro()->macroId);
+        const bool isSame = index && MacroRecord::sequence(mMacros.at(*index).toMap()) == playback.macro()->sequence;
         return isSame ? std::nullopt : std::optional(End::changed);
     });
 }
@@ -65,10 +55,10 @@ Result<quint32, MacroTries::Refusal> MacroTries::start(const QString &caller, in
 {
     if (!isRepeatMode(repeat))
         return Refusal::noSuchRepeat;
-    const std::optional<QVariantMap> record = macroWithId(mMacros, macroId);
-    if (!record)
+    const std::optional<int> index = MacroRecord::indexOfMacroId(mMacros, macroId);
+    if (!index)
         return Refusal::gone;
-    const PlayableMacros macros = playableMacros({*record});
+    const PlayableMacros macros = playableMacros({mMacros.at(*index)});
     if (macros.front()->steps.empty())
         return Refusal::empty;
     const Time now = mClock.now();

@@ -48,6 +48,7 @@ private Q_SLOTS:
     void readsEventsOfARecord_data();
     void readsEventsOfARecord();
     void readsTheFieldsOfARecord();
+    void findsTheMacroWithANumber();
     void fieldsThatAreNotNumbersAreZero_data();
     void fieldsThatAreNotNumbersAreZero();
     void nameThatIsNotTextIsEmpty();
@@ -97,6 +98,18 @@ void MacroRecordTest::readsTheFieldsOfARecord()
     QCOMPARE(MacroRecord::macroId(macro), 7);
     QCOMPARE(MacroRecord::delayMs(macro), 20);
     QCOMPARE(MacroRecord::sequence(macro), QVariant(sequence));
+}
+
+void MacroRecordTest::findsTheMacroWithANumber()
+{
+    const auto numbered = [](const QVariant &number) { return QVariantMap{{u"macroID"_s, number}}; };
+    const QVariantList macros{numbered(7),  QVariantMap(),          numbered(0),   numbered(u"first"_s),
+                              numbered(-1), numbered(qlonglong(9)), u"no record"_s};
+    QCOMPARE(MacroRecord::indexOfMacroId(macros, 7), 0);
+    QCOMPARE(MacroRecord::indexOfMacroId(macros, 9), 5);
+    for (const qint64 other : {qint64(8), qint64(0), qint64(-1), qint64(7) + (qint64(1) << 32)})
+        QCOMPARE(MacroRecord::indexOfMacroId(macros, other), std::nullopt);
+    QCOMPARE(MacroRecord::indexOfMacroId({}, 7), std::nullopt);
 }
 
 void MacroRecordTest::fieldsThatAreNotNumbersAreZero_data()

@@ -274,6 +274,7 @@ void MacroTriesTest::refusesWhatNoKeyCouldPlay_data()
     QTest::addColumn<int>("repeat");
     QTest::addColumn<int>("refusal");
     QTest::newRow("unknown macro") << 8 << once << int(Refusal::gone);
+    QTest::newRow("number of a record without one") << 0 << once << int(Refusal::gone);
     QTest::newRow("negative number") << -1 << once << int(Refusal::gone);
     QTest::newRow("macro without events") << 1 << once << int(Refusal::empty);
     for (const int repeat : {0, 11, 253, 256, -1})
