@@ -109,8 +109,11 @@ void FileOpener::consider(const QString &path)
 
 bool FileOpener::isRoomFor(const OpenedFile &file) const
 {
-    return file.kind == OpenedFile::Kind::profile ? mHub.profilesArray().size() < ProfileCommands::maximumProfileCount
-                                                  : mHub.macrosArray().size() < MacroRecord::maximumMacros;
+    if (file.kind == OpenedFile::Kind::profile)
+        return mHub.profilesArray().size() < ProfileCommands::maximumProfileCount;
+    const QVariantList macros = mHub.macrosArray();
+    return macros.size() < MacroRecord::maximumMacros
+           && MacroRecord::events(file.record).size() <= MacroRecord::capacity(macros, macros.size());
 }
 
 void FileOpener::ask(const OpenedFile &file)

@@ -35,8 +35,12 @@ CommandResult<void> addRecord(CommandContext &context, const QVariantMap &record
     const CommandResult<QVariantMap> before = context.daemon.document();
     if (!before)
         return before.error();
-    const QVariantMap named = MacroFile::importedRecord(record, Document(*before).macros());
+    const QVariantList others = Document(*before).macros();
+    const QVariantMap named = MacroFile::importedRecord(record, others);
     const QString failure = u"macro \"%1\" cannot be added"_s.arg(MacroRecord::name(named));
+    const QString fault = MacroRecord::faultOfCount(others, others.size(), MacroRecord::events(named).size());
+    if (!fault.isEmpty())
+        return wrongUsage(failure + u": "_s + fault);
     const CommandResult<QVariantMap> reply =
         context.daemon.sendChecked(Command::addMacro, {{DaemonProtocol::macroContents, named}}, failure);
     if (!reply)

@@ -80,12 +80,12 @@ CommandResult<QList<int>> eventsOf(const QString &text, const ChosenRecord &macr
     return indexes;
 }
 
-/// Stores `events`, absent if there are too many, and prints how many there are now and which have no partner.
+/// Stores `events`, absent if a pause is too long, and prints how many there are now and which have no partner.
 CommandResult<void> store(CommandContext &context, const ChosenRecord &macro, const std::optional<QVariantList> &events)
 {
     if (!events)
-        return wrongUsage(u"%1 cannot have more than %2 events, nor a longer pause than %3 ms"_s.arg(
-            macro.words(), QString::number(MacroRecord::maximumEvents), QString::number(MacroRecord::maximumDelayMs)));
+        return wrongUsage(
+            u"%1 cannot have a longer pause than %2 ms"_s.arg(macro.words()).arg(MacroRecord::maximumDelayMs));
     if (const CommandResult<void> stored = replaceEvents(macro, *events); !stored)
         return stored;
     printStored(context.console, macro.words() + u" is changed: "_s + eventCount(events->size()), *events);
@@ -136,7 +136,8 @@ CommandResult<void> insertEvents(CommandContext &context)
             return store(context, *macro, {});
         events = *paused;
     }
-    return store(context, *macro, MacroEdits::inserting(events, *place, inserted));
+    // Not MacroEdits::inserting(), which does not say how many events are too many.
+    return store(context, *macro, events.first(*place) + inserted + events.sliced(*place));
 }
 
 CommandResult<void> deleteEvents(CommandContext &context)

@@ -6,6 +6,9 @@
 
 #include <QVariantList>
 
-/// Stores `events` in place of those of `macro`, as one change. Refused if the macro has other events by now than
-/// `macro`, or is gone.
+/// Fails if `macro` cannot have `count` events, beside those of the other macros.
+[[nodiscard]] CommandResult<void> checkEventCount(const ChosenRecord &macro, qsizetype count);
+
+/// Stores `events` in place of those of `macro`, as one change. Fails as checkEventCount(), or if the macro has other
+/// events by now than `macro` or is gone.
 [[nodiscard]] CommandResult<void> replaceEvents(const ChosenRecord &macro, const QVariantList &events);

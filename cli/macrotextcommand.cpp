@@ -62,17 +62,16 @@ QString untypedWords(const QList<UntypedCharacter> &untyped)
     return words.join(u"; "_s);
 }
 
-/// The text as events, in the layout `keymap`. `before` are the events that the macro keeps.
-CommandResult<QVariantList> eventsOf(const QString &text, const Keymap &keymap, int pauseMs, const QVariantList &before)
+/// The text as events of `macro`, in the layout `keymap`. `before` are the events that the macro keeps.
+CommandResult<QVariantList> eventsOf(const QString &text, const Keymap &keymap, int pauseMs, const ChosenRecord &macro,
+                                     const QVariantList &before)
 {
     const TypedText typed = typeText(text, TypingTable(keymap), pauseMs);
     if (!typed.untyped.isEmpty())
         return wrongUsage(
             u"the keyboard layout \"%1\" cannot type %2"_s.arg(keymap.name(), untypedWords(typed.untyped)));
-    const qsizetype count = before.size() + typed.eventCount;
-    if (count > MacroRecord::maximumEvents)
-        return wrongUsage(
-            u"the macro would have %1 events; at most %2 are possible"_s.arg(count).arg(MacroRecord::maximumEvents));
+    if (const CommandResult<void> possible = checkEventCount(macro, before.size() + typed.eventCount); !possible)
+        return possible.error();
     return insertingTyped(before, before.size(), typed.events, pauseMs);
 }
 
@@ -91,7 +90,7 @@ CommandResult<void> typeMacroText(CommandContext &context)
         return chosen.error();
     const QVariantList read = MacroRecord::events(chosen->record());
     const QVariantList before = context.hasOption(Options::append) ? read : QVariantList();
-    const CommandResult<QVariantList> events = eventsOf(context.arguments.at(1), *keymap, *pauseMs, before);
+    const CommandResult<QVariantList> events = eventsOf(context.arguments.at(1), *keymap, *pauseMs, *chosen, before);
     if (!events)
         return events.error();
     if (const CommandResult<void> stored = replaceEvents(*chosen, *events); !stored)

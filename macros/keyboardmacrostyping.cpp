@@ -22,7 +22,8 @@ void KeyboardMacrosController::openTypeTextSheet()
     }
     const std::optional<int> selected =
         eventRow() < 0 ? std::nullopt : MacroRecord::eventIndexOfRow(mEventsBeforeTyping, eventRow());
-    mTypeTextWindow->ask(mMacrosWindow, mEventsBeforeTyping, selected);
+    mTypeTextWindow->ask(mMacrosWindow, mEventsBeforeTyping, MacroRecord::capacity(mMacrosSettingsArray, macroRow()),
+                         selected);
     mEventsSubject.note(mTypeTextWindow, eventsOfSelectedMacro());
 }
 

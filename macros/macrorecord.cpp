@@ -10,6 +10,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr QLatin1StringView eventsKey{"Events"}; // in the sequence dictionary
@@ -113,6 +115,27 @@ QString MacroRecord::digest(const QVariantList &events)
     if (!bytes)
         return {};
     return QString::fromLatin1(QCryptographicHash::hash(*bytes, QCryptographicHash::Sha256).toHex());
+}
+
+int MacroRecord::capacity(const QVariantList &macros, qsizetype index)
+{
+    if (index >= maximumMacros)
+        return 0;
+    qsizetype ofOthers = 0;
+    for (qsizetype other = 0; other < macros.size(); ++other)
+        ofOthers += other == index ? 0 : events(macros.at(other).toMap()).size();
+    return static_cast<int>(std::clamp<qsizetype>(maximumTotalEvents - ofOthers, 0, maximumEvents));
+}
+
+QString MacroRecord::faultOfCount(const QVariantList &macros, qsizetype index, qsizetype count)
+{
+    if (count > maximumEvents)
+        return u"%1 events; a macro has at most %2"_s.arg(count).arg(maximumEvents);
+    const int room = capacity(macros, index);
+    if (count <= room)
+        return {};
+    return u"%1 events; the other macros leave room for %2, as all together have at most %3"_s.arg(count).arg(room).arg(
+        maximumTotalEvents);
 }
 
 bool MacroRecord::isWellFormedEvent(const QVariantMap &event)

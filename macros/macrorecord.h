@@ -64,6 +64,11 @@ struct Event
 /// array. Events that differ in anything, such as in the type of a number, have different digests.
 /// docs/daemon-protocol.md describes the bytes for other clients. Empty if a value has no property-list form.
 [[nodiscard]] QString digest(const QVariantList &events);
+/// Returns how many events the macro at `index` of `macros` (the array "Macros") may have: maximumEvents, or fewer if
+/// the others leave fewer of maximumTotalEvents. Their number as `index` means a new macro, which may be one too many.
+[[nodiscard]] int capacity(const QVariantList &macros, qsizetype index);
+/// Returns why that macro cannot have `count` events, in English, for programs without texts; empty if it can.
+[[nodiscard]] QString faultOfCount(const QVariantList &macros, qsizetype index, qsizetype count);
 /// True if `event` can be stored: those of its four fields that exist are numbers.
 [[nodiscard]] bool isWellFormedEvent(const QVariantMap &event);
 /// True if `macro` can be stored: its name is text, its events are dictionaries of numbers, and there are no more than

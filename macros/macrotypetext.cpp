@@ -99,9 +99,10 @@ void MacroTypeText::followDesktop()
     showKeymap(mDesktop->keymap());
 }
 
-void MacroTypeText::ask(QWidget *window, const QVariantList &events, std::optional<int> selectedEvent)
+void MacroTypeText::ask(QWidget *window, const QVariantList &events, int capacity, std::optional<int> selectedEvent)
 {
     mEvents = events;
+    mCapacity = capacity;
     mSelectedEvent = selectedEvent;
     mPlace->selectRow(selectedEvent ? beforeSelected : atEnd);
     mPlace->setVisible(selectedEvent.has_value());
@@ -126,7 +127,7 @@ void MacroTypeText::textWasInserted()
 
 bool MacroTypeText::fits() const
 {
-    return mEvents.size() + mTyped.eventCount <= MacroRecord::maximumEvents;
+    return mEvents.size() + mTyped.eventCount <= mCapacity;
 }
 
 QString MacroTypeText::text() const
@@ -155,8 +156,7 @@ QString MacroTypeText::outcomeWords() const
     }
     const QString count = QString::number(mTyped.eventCount);
     if (!fits())
-        return localizedFormat("lkeyTypeTextTooMany",
-                               {count, QString::number(MacroRecord::maximumEvents - mEvents.size())});
+        return localizedFormat("lkeyTypeTextTooMany", {count, QString::number(mCapacity - mEvents.size())});
     const QString words = localizedFormat("lkeyTypeTextEvents", {count});
     const QStringList held = modifiersHeldBefore(mEvents, place());
     if (held.isEmpty())

@@ -27,9 +27,10 @@ class MacroTypeText : public Sheet
 public:
     explicit MacroTypeText(QWidget *parent = nullptr);
 
-    /// Comes up on `window` for a macro with these events (event dictionaries), with the user's layout. `selectedEvent`
-    /// is the index of the selected event; without one, the text can only go to the end.
-    void ask(QWidget *window, const QVariantList &events, std::optional<int> selectedEvent);
+    /// Comes up on `window` for a macro with these events (event dictionaries), with the user's layout. `capacity`: as
+    /// MacroRecord::capacity(). `selectedEvent` is the index of the selected event; without one, the text can only go
+    /// to the end.
+    void ask(QWidget *window, const QVariantList &events, int capacity, std::optional<int> selectedEvent);
     /// Uses `keymap` until the desktop's layout changes.
     void showKeymap(const Keymap &keymap);
     /// Clears the text for the next time.
@@ -56,6 +57,7 @@ private:
     TypingTable mTable;
     TypedText mTyped;
     QVariantList mEvents; ///< of the macro
+    int mCapacity = 0;    ///< of the macro, in events
     std::optional<int> mSelectedEvent;
 
     QPlainTextEdit *mText;

@@ -31,7 +31,7 @@ Status CaptureCommands::startMacroRecording(const QVariantMap &request, const st
     const QVariantMap macro = macros.at(*index).toMap();
     const int eventCount = *isAppended ? static_cast<int>(MacroRecord::events(macro).size()) : 0;
     mSession.startRecording(*client, {.macroId = MacroRecord::macroId(macro),
-                                      .capacity = MacroRecord::maximumEvents - eventCount,
+                                      .capacity = MacroRecord::capacity(macros, *index) - eventCount,
                                       .followsEvents = eventCount > 0,
                                       .firstDelayMs = std::max(0, MacroRecord::delayMs(macro))});
     return Status::ok;

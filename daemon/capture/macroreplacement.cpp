@@ -38,17 +38,18 @@ QString faultOf(const QVariant &event)
     return {};
 }
 
-Result<QVariantList> eventsIn(const QByteArray &bytes)
+/// The events in `bytes`, for the macro at `index`.
+Result<QVariantList> eventsIn(const QByteArray &bytes, const QVariantList &macros, int index)
 {
     const std::optional<QVariant> list = PropertyList::read(bytes);
     if (!list || list->typeId() != QMetaType::QVariantList)
         return Error{u"it is not a property list with an array"_s};
     const QVariantList events = list->toList();
-    if (events.size() > MacroRecord::maximumEvents)
-        return Error{u"%1 events; a macro has at most %2"_s.arg(events.size()).arg(MacroRecord::maximumEvents)};
-    for (qsizetype index = 0; index < events.size(); ++index) {
-        if (const QString fault = faultOf(events.at(index)); !fault.isEmpty())
-            return Error{u"event %1: %2"_s.arg(index + 1).arg(fault)};
+    if (const QString fault = MacroRecord::faultOfCount(macros, index, events.size()); !fault.isEmpty())
+        return Error{fault};
+    for (qsizetype each = 0; each < events.size(); ++each) {
+        if (const QString fault = faultOf(events.at(each)); !fault.isEmpty())
+            return Error{u"event %1: %2"_s.arg(each + 1).arg(fault)};
     }
     return events;
 }
@@ -73,7 +74,7 @@ Result<void, Failure> MacroReplacement::replace(quint32 macroId, const QString &
         return failure(Refusal::busy, u"the macro is being recorded"_s);
     if (MacroRecord::digest(MacroRecord::events(macro)) != digest)
         return failure(Refusal::changed, u"the events of the macro have changed since they were read"_s);
-    const Result<QVariantList> given = eventsIn(events);
+    const Result<QVariantList> given = eventsIn(events, macros, *index);
     if (!given)
         return failure(Refusal::invalid, given.error().message);
     macros[*index] = MacroRecord::withEvents(macro, *given);

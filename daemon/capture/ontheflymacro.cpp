@@ -10,8 +10,6 @@
 #include "keys/keymapping.h"
 #include "macros/macrorecord.h"
 
-#include <algorithm>
-
 using namespace Qt::StringLiterals;
 using namespace SettingsDocument;
 
@@ -25,14 +23,8 @@ const QString nameOfNewMacro = u"On the fly"_s;
 
 int roomForNewMacro(const QVariantMap &document)
 {
-    const QVariantList list = Document(document).macros();
-    if (list.size() >= MacroRecord::maximumMacros)
-        return 0;
-    qsizetype total = 0;
-    for (const QVariant &macro : list)
-        total += MacroRecord::events(macro.toMap()).size();
-    return static_cast<int>(
-        std::clamp<qsizetype>(MacroRecord::maximumTotalEvents - total, 0, MacroRecord::maximumEvents));
+    const QVariantList macros = Document(document).macros();
+    return MacroRecord::capacity(macros, macros.size());
 }
 
 CommandOutcome addOnTheFlyMacro(const QVariantMap &document, const QVariantList &events, int key)

@@ -35,7 +35,8 @@ Result<void> validateMacros(const QVariantList &macros)
         eventCount += MacroRecord::events(macros.at(index).toMap()).size();
     }
     if (eventCount > MacroRecord::maximumTotalEvents)
-        return Error{u"%1 events in all"_s.arg(eventCount)};
+        return Error{
+            u"%1 events; all macros together have at most %2"_s.arg(eventCount).arg(MacroRecord::maximumTotalEvents)};
     return {};
 }
 

@@ -16,6 +16,7 @@
 #include "profiles/profilecommands.h"
 #include "tests/app/hubfixture.h"
 #include "tests/support/daemonprocessfixture.h"
+#include "tests/support/fulldocument.h"
 #include "tests/support/picturefolder.h"
 #include "tests/support/testmain.h"
 #include "tests/support/writtenfile.h"
@@ -424,18 +425,23 @@ void FileOpenerTest::waitsForTheWindow()
 void FileOpenerTest::saysThatThereIsNoRoom_data()
 {
     QTest::addColumn<bool>("isProfile");
-    QTest::newRow("profile") << true;
-    QTest::newRow("macro") << false;
+    QTest::addColumn<int>("eventsOfMacros");
+    QTest::newRow("profile") << true << 0;
+    QTest::newRow("macro") << false << 0;
+    QTest::newRow("macro for whose events there is no room") << false << MacroRecord::maximumTotalEvents - 1;
 }
 
 void FileOpenerTest::saysThatThereIsNoRoom()
 {
     QFETCH(bool, isProfile);
+    QFETCH(int, eventsOfMacros);
     QVariantList profiles{profileOf(u"First"_s)};
     QVariantList macros;
+    for (int left = eventsOfMacros; left > 0; left -= MacroRecord::maximumEvents)
+        macros += fullMacro(u"Long"_s, int(macros.size()) + 1, std::min(left, MacroRecord::maximumEvents));
     while (isProfile && profiles.size() < ProfileCommands::maximumProfileCount)
         profiles += profileOf(u"P%1"_s.arg(profiles.size()));
-    while (!isProfile && macros.size() < MacroRecord::maximumMacros)
+    while (!isProfile && eventsOfMacros == 0 && macros.size() < MacroRecord::maximumMacros)
         macros += macroOf(u"M%1"_s.arg(macros.size()));
     start(profiles, macros);
     const QString path = file(u"x"_s, isProfile ? profileOf(u"Game"_s) : macroOf(u"Combo"_s));

@@ -47,6 +47,8 @@ private Q_SLOTS:
     void namesTheRowsWithoutAPartner();
     void refusesWrongWords_data();
     void refusesWrongWords();
+    void refusesMoreEventsThanFit_data();
+    void refusesMoreEventsThanFit();
     void isOneChangeOfTheHistory();
     void duplicates();
     void showsTheKeysThatPlayAMacro();
@@ -214,6 +216,8 @@ void TestKestractlMacroEvents::refusesWrongWords_data()
     row({u"set-delay"_s, u"--"_s, u"1"_s, u"1"_s, u"-5"_s}, u"\"-5\" is not a number of milliseconds"_s);
     row({u"scale-delays"_s, u"1"_s, u"1"_s, u"nan"_s}, u"\"nan\" is not a factor"_s);
     row({u"scale-delays"_s, u"1"_s, u"1"_s, u"1001"_s}, u"\"1001\" is not a factor"_s);
+    row({u"insert"_s, u"1"_s, u"3"_s, u"wait 2147483647 ms"_s},
+        u"macro 1 \"Combo\" cannot have a longer pause than 2147483647 ms"_s);
     row({u"show"_s, u"1"_s, u"--text"_s, u"--json"_s}, u"exclude each other"_s);
 }
 
@@ -226,6 +230,47 @@ void TestKestractlMacroEvents::refusesWrongWords()
     QVERIFY2(result.errorText().contains(message), result.errors.constData());
     QCOMPARE(result.text(), QString());
     QCOMPARE(events(), sample());
+}
+
+void TestKestractlMacroEvents::refusesMoreEventsThanFit_data()
+{
+    QTest::addColumn<QStringList>("words");
+    QTest::addColumn<QString>("subject"); // of the message
+    QTest::addColumn<int>("count");
+    QTest::addColumn<int>("room");
+    const QString combo = u"macro 1 \"Combo\" cannot be changed"_s;
+    const auto added = [](const QString &name) { return u"macro \"%1\" cannot be added"_s.arg(name); };
+    const auto row = [](const QStringList &words, const QString &subject, int count, int room) {
+        QTest::newRow(qPrintable(words.first())) << words << subject << count << room;
+    };
+    row({u"insert"_s, u"1"_s, u"1"_s, u"tap C"_s}, combo, 6, 5);
+    row({u"text"_s, u"1"_s, u"c"_s, u"--layout=us"_s, u"--append"_s}, combo, 6, 5);
+    row({u"edit"_s, u"1"_s}, combo, 6, 5);
+    row({u"import"_s, u"two.txt"_s}, added(u"Two"_s), 2, 1);
+    row({u"duplicate"_s, u"1"_s, u"Copy"_s}, added(u"Copy"_s), 4, 1);
+}
+
+void TestKestractlMacroEvents::refusesMoreEventsThanFit()
+{
+    QFETCH(QStringList, words);
+    QFETCH(QString, subject);
+    QFETCH(int, count);
+    QFETCH(int, room);
+    const QVariantList full(MacroRecord::maximumEvents, press(keyA));
+    for (int other = 0; other < 4; ++other)
+        add(u"Full"_s, full);
+    add(u"Nearly full"_s, full.sliced(sample().size() + 1)); // room for one more event
+    words.replaceInStrings(u"two.txt"_s, writeFile(mFolder->filePath(u"two.txt"_s), "name \"Two\"\ntap C\n"));
+    setEditor("echo 'tap C' >> \"$1\"\n");
+    const KestractlResult result = run(words);
+    QCOMPARE(result.exitCode, 2);
+    QCOMPARE(result.text(), QString());
+    const QString reason =
+        u": %1 events; the other macros leave room for %2, as all together have at most 50000"_s.arg(count).arg(room);
+    QVERIFY2(result.errorText().startsWith(u"kestractl: "_s + subject + reason), result.errors.constData());
+    QCOMPARE(events(), sample());
+    QCOMPARE(events(6), QVariantList());                                      // no macro was added
+    QCOMPARE(run({u"insert"_s, u"1"_s, u"end"_s, u"press C"_s}).exitCode, 0); // the last one that fits
 }
 
 void TestKestractlMacroEvents::isOneChangeOfTheHistory()

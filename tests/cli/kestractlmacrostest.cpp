@@ -300,7 +300,7 @@ void TestKestractlMacros::importRefusesOtherFiles_data()
     QTest::newRow("sequence that is text") << encoded({{u"sequence"_s, u"text"_s}}) << 1;
     QTest::newRow("events that are numbers") << withEvents(QVariantList{1, 2}) << 1;
     QTest::newRow("event with text for a number") << withEvents(QVariantList{QVariantMap{{u"page"_s, u"x"_s}}}) << 1;
-    QTest::newRow("too many events") << withEvents(QVariantList(900'000, QVariant(QVariantMap()))) << 1;
+    QTest::newRow("too many events") << withEvents(QVariantList(900'000, QVariant(QVariantMap()))) << 2;
 }
 
 void TestKestractlMacros::importRefusesOtherFiles()
@@ -395,7 +395,7 @@ void TestKestractlMacros::wrongTextCommandsChangeNothing_data()
         << QStringList{u"1"_s, u"a"_s, u"--pause"_s, u"long"_s} << u"\"long\" is not a number"_s;
     QTest::newRow("negative pause") << QStringList{u"1"_s, u"a"_s, u"--pause=-1"_s} << u"\"-1\" is not a number"_s;
     QTest::newRow("too long") << QStringList{u"1"_s, QString(5'000, u'a'), u"--layout=us"_s, u"--append"_s}
-                              << u"the macro would have 10002 events; at most 10000 are possible"_s;
+                              << u"macro 1 \"Tap\" cannot be changed: 10002 events; a macro has at most 10000"_s;
     QTest::newRow("unknown macro") << QStringList{u"2"_s, u"a"_s, u"--layout=us"_s} << u"macro"_s;
     QTest::newRow("no text") << QStringList{u"1"_s} << u"usage"_s;
 }

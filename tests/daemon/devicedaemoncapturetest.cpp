@@ -36,6 +36,8 @@ private Q_SLOTS:
     void stopOfAnotherCaptureEndsNothing();
     void endOfACaptureEndsTheRecordingOfItsClient();
     void appendedRecordingStaysWithinTheMacro();
+    void recordingStaysWithinTheEventsOfAllMacros_data();
+    void recordingStaysWithinTheEventsOfAllMacros();
 };
 
 void DeviceDaemonCaptureTest::recordsAMacro()
@@ -312,6 +314,37 @@ void DeviceDaemonCaptureTest::appendedRecordingStaysWithinTheMacro()
     QCOMPARE(statusOf(Command::saveRecordedEvents, request), 0);
     const QVariantList events = MacroRecord::events(Document(mDaemon->document()).macros().at(1).toMap());
     QCOMPARE(events.size(), MacroRecord::maximumEvents);
+    QCOMPARE(MacroRecord::eventFields(events.last().toMap()).argument, 4);
+}
+
+void DeviceDaemonCaptureTest::recordingStaysWithinTheEventsOfAllMacros_data()
+{
+    QTest::addColumn<int>("append");
+    QTest::newRow("new") << 0;
+    QTest::newRow("appended") << 1;
+}
+
+void DeviceDaemonCaptureTest::recordingStaysWithinTheEventsOfAllMacros()
+{
+    QFETCH(int, append);
+    const QVariantMap event = MacroRecord::eventRecord({.command = MacroRecord::keyDown, .argument = 29});
+    const auto ofSize = [&event](int events) {
+        return MacroRecord::withEvents({{u"MacroName"_s, u"Long"_s}}, QVariantList(events, event));
+    };
+    const int kept = append == 1 ? 3 : 0;
+    QVariantList macros{ofSize(append == 1 ? kept : 2)}; // the others leave room for two more than are kept
+    for (int left = MacroRecord::maximumTotalEvents - kept - 2; left > 0; left -= MacroRecord::maximumEvents)
+        macros += ofSize(std::min(left, MacroRecord::maximumEvents));
+    start(SettingsDocument::completed(SettingsDocument::withMacros(mDaemon->document(), macros)));
+    const QVariantMap request{{u"macroID"_s, 0}, {u"isAppendRecording"_s, append}};
+    QCOMPARE(statusOf(Command::startMacroRecording, request), 0);
+    for (const int key : {4, 5}) {
+        press(key);
+        release(key);
+    }
+    QCOMPARE(statusOf(Command::saveRecordedEvents, request), 0);
+    const QVariantList events = MacroRecord::events(Document(mDaemon->document()).macro(0));
+    QCOMPARE(events.size(), kept + 2);
     QCOMPARE(MacroRecord::eventFields(events.last().toMap()).argument, 4);
 }
 

@@ -49,6 +49,7 @@ private Q_SLOTS:
     void readsEventsOfARecord();
     void readsTheFieldsOfARecord();
     void findsTheMacroWithANumber();
+    void capacityIsThatOfTheMacroAndOfAllMacros();
     void fieldsThatAreNotNumbersAreZero_data();
     void fieldsThatAreNotNumbersAreZero();
     void nameThatIsNotTextIsEmpty();
@@ -110,6 +111,29 @@ void MacroRecordTest::findsTheMacroWithANumber()
     for (const qint64 other : {qint64(8), qint64(0), qint64(-1), qint64(7) + (qint64(1) << 32)})
         QCOMPARE(MacroRecord::indexOfMacroId(macros, other), std::nullopt);
     QCOMPARE(MacroRecord::indexOfMacroId({}, 7), std::nullopt);
+}
+
+void MacroRecordTest::capacityIsThatOfTheMacroAndOfAllMacros()
+{
+    const auto ofSize = [](int events) {
+        return MacroRecord::withEvents({}, QVariantList(events, QVariantMap{{u"page"_s, 7}}));
+    };
+    QVariantList macros{ofSize(3), ofSize(10'000), ofSize(10'000), ofSize(10'000), ofSize(10'000)};
+    QCOMPARE(MacroRecord::capacity({}, 0), 10'000);
+    QCOMPARE(MacroRecord::capacity(macros, 0), 10'000); // its own events do not count
+    QCOMPARE(MacroRecord::capacity(macros, 1), 10'000);
+    QCOMPARE(MacroRecord::capacity(macros, 5), 9'997); // a new one
+    macros += ofSize(9'990);
+    QCOMPARE(MacroRecord::capacity(macros, 0), 10);
+    QCOMPARE(MacroRecord::capacity(macros, 6), 7);
+    QCOMPARE(MacroRecord::faultOfCount(macros, 0, 10), QString());
+    QCOMPARE(MacroRecord::faultOfCount(macros, 0, 11),
+             u"11 events; the other macros leave room for 10, as all together have at most 50000"_s);
+    QCOMPARE(MacroRecord::faultOfCount(macros, 0, 10'001), u"10001 events; a macro has at most 10000"_s);
+    macros += ofSize(10'000); // a list that is not checked yet
+    QCOMPARE(MacroRecord::capacity(macros, 7), 0);
+    QCOMPARE(MacroRecord::capacity(QVariantList(256, ofSize(0)), 255), 10'000);
+    QCOMPARE(MacroRecord::capacity(QVariantList(256, ofSize(0)), 256), 0);
 }
 
 void MacroRecordTest::fieldsThatAreNotNumbersAreZero_data()

@@ -57,6 +57,7 @@ private Q_SLOTS:
     void staysAwayIfTheMacroIsGone();
     void followsTheLayout();
     void refusesMoreEventsThanAMacroCanHave();
+    void refusesMoreEventsThanAllMacrosCanHave();
     void cancelChangesNothing();
     void keepsTheTextThatWasNotStored();
     void readsTheEventsBeforeItAddsToThem();
@@ -248,6 +249,23 @@ void MacroTypeTextTest::refusesMoreEventsThanAMacroCanHave()
     field()->setPlainText(QString(MacroRecord::maximumEvents / 2, u'a'));
     QCOMPARE(outcome(), u"%1 events, but this macro has room for only %2."_s.arg(MacroRecord::maximumEvents)
                             .arg(MacroRecord::maximumEvents - 2));
+    QVERIFY(!insert()->isEnabled());
+}
+
+void MacroTypeTextTest::refusesMoreEventsThanAllMacrosCanHave()
+{
+    show(tapOfH());
+    const QVariantList full(MacroRecord::maximumEvents, tapOfH().first());
+    for (int other = 0; other < 4; ++other)
+        mDelegate->macros += MacroRecord::withEvents(numberedMacros({20 + other}).first().toMap(), full);
+    mDelegate->macros +=
+        MacroRecord::withEvents(numberedMacros({30}).first().toMap(), full.first(MacroRecord::maximumEvents - 6));
+    mDelegate->refresh();
+    list()->selectRow(0);
+    write(u"ab"_s);
+    QVERIFY(insert()->isEnabled());
+    field()->setPlainText(u"abc"_s);
+    QCOMPARE(outcome(), u"6 events, but this macro has room for only 4."_s);
     QVERIFY(!insert()->isEnabled());
 }
 
