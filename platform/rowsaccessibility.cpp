@@ -363,6 +363,9 @@ void RowsAccessibility::install(QAbstractItemView *view)
 {
     static const bool isInstalled = (QAccessible::installFactory(interfaceOf), true);
     Q_UNUSED(isInstalled)
+    // A QTreeWidget gets its model, and reports it to a tool, before it can be installed: it has an interface of Qt.
+    if (QAccessible::isActive())
+        QAccessible::deleteAccessibleInterface(QAccessible::uniqueId(QAccessible::queryAccessibleInterface(view)));
     view->setProperty(installedProperty, true);
 }
 

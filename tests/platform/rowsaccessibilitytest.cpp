@@ -9,6 +9,7 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QScrollBar>
 #include <QTest>
 #include <QTreeWidget>
@@ -70,6 +71,7 @@ private Q_SLOTS:
     void onlyTheViewWithTheFocusHasAFocusedCell();
     void editorIsAChild();
     void removedRowsBecomeInvalid();
+    void treesWithoutHierarchyAreTables_data();
     void treesWithoutHierarchyAreTables();
 
 private:
@@ -219,8 +221,19 @@ void RowsAccessibilityTest::removedRowsBecomeInvalid()
     QCOMPARE(rows()->childCount(), 2 + 3 * 2);
 }
 
+void RowsAccessibilityTest::treesWithoutHierarchyAreTables_data()
+{
+    QTest::addColumn<bool>("isEarly");
+    QTest::newRow("a tool comes later") << false;
+    // Qt then asks for the interface of a tree while it makes the tree.
+    QTest::newRow("a tool is there before the tree") << true;
+}
+
 void RowsAccessibilityTest::treesWithoutHierarchyAreTables()
 {
+    QFETCH(bool, isEarly);
+    QAccessible::setActive(isEarly);
+    const auto noTool = qScopeGuard([] { QAccessible::setActive(false); });
     RowsView<QTreeWidget> tree;
     tree.setHeaderLabels({u"Name"_s, u"State"_s});
     new QTreeWidgetItem(&tree, {u"Board"_s, u"ready"_s});
@@ -232,6 +245,13 @@ void RowsAccessibilityTest::treesWithoutHierarchyAreTables()
     QCOMPARE(object->child(1)->text(QAccessible::Name), u"State"_s);
     QCOMPARE(object->child(3)->text(QAccessible::Name), u"ready"_s);
     QCOMPARE(walk(object), 5);
+    // The view reports what changes.
+    QAccessible::setActive(true);
+    tree.setCurrentItem(tree.topLevelItem(0));
+    QVERIFY(object->child(2)->state().selected);
+    QCOMPARE(object->child(2)->role(), QAccessible::Cell);
+    tree.clear();
+    QCOMPARE(walk(object), 3);
 }
 
 QTEST_MAIN(RowsAccessibilityTest)
