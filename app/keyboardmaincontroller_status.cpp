@@ -141,7 +141,9 @@ void KeyboardMainController::reportOutcome(Command command, const std::optional<
 
 void KeyboardMainController::showStatus()
 {
-    StatusState state{.isAttached = mAreControlsOn, .keyboards = mDevicesStatus.keyboards()};
+    StatusState state{.isAttached = mAreControlsOn,
+                      .keyboards = mDevicesStatus.keyboards(),
+                      .needsShellExtension = mServiceStatus.needsShellExtension()};
     if (mServiceStatus.isRunning() == false)
         state.service = Service::absent;
     else if (mIsOpened)

@@ -28,6 +28,7 @@ void ServiceStatus::start()
     connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString &, const QString &, const QString &owner) { setRunning(!owner.isEmpty()); });
     frontApplicationObject.connect("ProfileApplicationChanged"_L1, this, SLOT(setProfileApplication(QString)));
+    frontApplicationObject.connect("NeedsShellExtensionChanged"_L1, this, SLOT(setNeedsShellExtension(bool)));
     settingsObject.connect("Changed"_L1, this, SLOT(readProblems()));
 
     QDBusMessage question = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
@@ -46,6 +47,7 @@ void ServiceStatus::setRunning(bool isRunning)
 {
     mIsRunning = isRunning;
     mProfileApplication.reset();
+    mNeedsShellExtension = false;
     mProblems.clear(); // another daemon has its own
     if (isRunning)
         readAll();
@@ -74,6 +76,11 @@ void ServiceStatus::readAll()
         if (application)
             setProfileApplication(application->toString());
     });
+    frontApplicationObject.read(FrontApplicationKeys::needsShellExtension, this,
+                                [this](const std::optional<QVariant> &needsIt) {
+                                    if (needsIt)
+                                        setNeedsShellExtension(needsIt->toBool());
+                                });
     readProblems();
 }
 
@@ -94,5 +101,13 @@ void ServiceStatus::setProfileApplication(const QString &application)
     if (mProfileApplication == application)
         return;
     mProfileApplication = application;
+    Q_EMIT changed();
+}
+
+void ServiceStatus::setNeedsShellExtension(bool needsIt)
+{
+    if (mNeedsShellExtension == needsIt)
+        return;
+    mNeedsShellExtension = needsIt;
     Q_EMIT changed();
 }

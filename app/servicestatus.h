@@ -26,12 +26,14 @@ public:
     [[nodiscard]] std::optional<bool> isRunning() const { return mIsRunning; }
     /// The application for which the active profile is active; empty when it was chosen by hand, absent when unknown.
     [[nodiscard]] const std::optional<QString> &profileApplication() const { return mProfileApplication; }
+    /// Whether GNOME Shell would report the application in front if it had the extension.
+    [[nodiscard]] bool needsShellExtension() const { return mNeedsShellExtension; }
 
 Q_SIGNALS:
     void daemonHasCome();
     void daemonHasGone();
     void daemonAnswers();
-    /// isRunning() or profileApplication() has changed.
+    /// isRunning(), profileApplication() or needsShellExtension() has changed.
     void changed();
     /// A problem of the settings files since the daemon started, as English sentences. Each is reported once.
     void problemFound(const QString &problem);
@@ -39,6 +41,7 @@ Q_SIGNALS:
 private Q_SLOTS:
     void readProblems();
     void setProfileApplication(const QString &application);
+    void setNeedsShellExtension(bool needsIt);
 
 private:
     void setRunning(bool isRunning);
@@ -47,5 +50,6 @@ private:
     std::optional<bool> mIsRunning;
     bool mAwaitsAnswer = false;
     std::optional<QString> mProfileApplication;
+    bool mNeedsShellExtension = false;
     QStringList mProblems; ///< the reported ones
 };

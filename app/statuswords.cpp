@@ -2,6 +2,7 @@
 #include "app/statuswords.h"
 
 #include "base/devicekeys.h"
+#include "base/frontapplicationkeys.h"
 #include "base/historykeys.h"
 #include "base/status.h"
 #include "base/text.h"
@@ -147,6 +148,8 @@ QString StatusWords::ofState(const StatusState &state)
     parts += localizedText(serviceKey(state.service));
     if (state.service == Service::running && state.profile)
         parts += localizedText(state.profile->isGameModeOn ? "lkeyStatusGameModeOn" : "lkeyStatusGameModeOff");
+    if (state.service == Service::running && state.needsShellExtension)
+        parts += localizedFormat("lkeyStatusNeedsShellExtension", {FrontApplicationKeys::shellExtensionPackage});
     return visibleText(parts.join(u"  ·  "_s), u' ');
 }
 

@@ -30,6 +30,7 @@ struct StatusState
     bool isAttached = false;
     std::optional<KeyboardsInUse> keyboards = {}; ///< absent when unknown
     std::optional<ActiveProfile> profile = {};    ///< absent when the daemon's settings are unknown
+    bool needsShellExtension = false;             ///< without it, no profile follows a window of GNOME on Wayland
 };
 
 namespace StatusWords {

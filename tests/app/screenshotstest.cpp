@@ -3,6 +3,7 @@
 // shortest and the longest language. The pictures are in the folder `screenshots` beside the tests, for a person to
 // inspect. The test checks that no text is cut off, every text has enough contrast, and disabled controls look
 // disabled.
+#include "base/frontapplicationkeys.h"
 #include "base/settingskeys.h"
 #include "base/text.h"
 #include "daemonlink/daemontransport.h"
@@ -25,6 +26,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
+#include <QDBusConnection>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -91,6 +93,8 @@ void openHistory(const Hub &hub)
     QTRY_VERIFY(!hub.find<QLabel>("mHistoryEffect")->text().isEmpty());
 }
 
+const QString gnomeShell = u"org.gnome.Shell"_s;
+
 const std::array scenes{
     Scene{"keys", 0, nullptr},
     Scene{"profiles", 1, nullptr},
@@ -139,6 +143,13 @@ const std::array scenes{
           [](const Hub &hub) {
               hub.controller->report(
                   {.event = StatusReport::Event::exportFailed, .subject = u"A very long name "_s.repeated(20)});
+          },
+          false},
+    Scene{"status-gnome", 1,
+          [](const Hub &hub) {
+              QVERIFY(QDBusConnection::sessionBus().registerService(gnomeShell));
+              QTRY_VERIFY(
+                  hub.find<StatusLine>("mStatusLine")->text().contains(FrontApplicationKeys::shellExtensionPackage));
           },
           false},
     Scene{"undo", 0, changeKeys, false},
@@ -263,6 +274,7 @@ void ScreenshotsTest::cleanup()
 {
     mHub.reset();
     mDaemon.reset();
+    QDBusConnection::sessionBus().unregisterService(gnomeShell); // of a scene
 }
 
 void ScreenshotsTest::openWindow(const QString &language, bool isDark)

@@ -7,6 +7,9 @@
 #include "tests/support/testmain.h"
 #include "tests/support/writtenfile.h"
 
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -31,6 +34,7 @@ private Q_SLOTS:
     void cleanup();
     void followsTheDaemon();
     void knowsWhyTheProfileIsActive();
+    void missesTheExtensionOfGnomeShell();
     void reportsEachProblemOfTheSettingsOnce();
     void startAsksWithoutWaiting();
     void noticesThatASilentDaemonAnswersAgain();
@@ -94,6 +98,34 @@ void ServiceStatusTest::knowsWhyTheProfileIsActive()
     // A choice by hand of the active profile changes the reason alone.
     QVERIFY(mDaemon->request(Command::switchProfile, {{u"ProfileID"_s, 1}}));
     QTRY_COMPARE(mStatus->profileApplication(), std::optional(QString()));
+}
+
+void ServiceStatusTest::missesTheExtensionOfGnomeShell()
+{
+    QVERIFY(mDaemon->start());
+    mStatus->start();
+    QTRY_COMPARE(mStatus->profileApplication(), std::optional(QString()));
+    QVERIFY(!mStatus->needsShellExtension());
+    QSignalSpy changes(mStatus.get(), &ServiceStatus::changed);
+    QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"shell"_s);
+    const auto guard = qScopeGuard([] { QDBusConnection::disconnectFromBus(u"shell"_s); });
+    QVERIFY(bus.registerService(u"org.gnome.Shell"_s));
+    QTRY_VERIFY(mStatus->needsShellExtension());
+    QCOMPARE(changes.size(), 1);
+    ServiceStatus laterStatus;
+    laterStatus.start();
+    QTRY_VERIFY(laterStatus.needsShellExtension());
+    QDBusMessage report =
+        QDBusMessage::createMethodCall(u"org.quillkestra.QuillCoreEngineMsgPort"_s, u"/FrontApplication"_s,
+                                       u"org.quillkestra.FrontApplication"_s, u"Tell"_s);
+    report << u"game"_s;
+    QCOMPARE(bus.call(report).type(), QDBusMessage::ReplyMessage);
+    QTRY_VERIFY(!mStatus->needsShellExtension());
+    QVERIFY(bus.unregisterService(u"org.gnome.Shell"_s));
+    QVERIFY(bus.registerService(u"org.gnome.Shell"_s)); // another one, which has not reported
+    QTRY_VERIFY(mStatus->needsShellExtension());
+    mDaemon->kill();
+    QTRY_VERIFY(!mStatus->needsShellExtension());
 }
 
 void ServiceStatusTest::reportsEachProblemOfTheSettingsOnce()

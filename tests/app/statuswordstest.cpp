@@ -97,6 +97,12 @@ void StatusWordsTest::describesTheState_data()
     add("unknown settings", state, attached + u"Service: running"_s);
 
     state = runningState();
+    state.needsShellExtension = true;
+    add("GNOME without the extension", state,
+        attached
+            + u"Profile: Raid, chosen by hand  ·  Service: running  ·  Game mode: off  ·  For profiles that follow "
+              "windows, install gnome-shell-extension-quill-kestra"_s);
+
     state.service = Service::silent;
     add("silent service", state, u"Service: not responding"_s);
     state.service = Service::absent;

@@ -22,6 +22,7 @@
     <message id="lkeyStatusProfileOfApplication"><source>lkeyStatusProfileOfApplication</source><translation>Profil: %@, weil %@ im Vordergrund ist</translation></message>
     <message id="lkeyStatusGameModeOn"><source>lkeyStatusGameModeOn</source><translation>Spielmodus: ein</translation></message>
     <message id="lkeyStatusGameModeOff"><source>lkeyStatusGameModeOff</source><translation>Spielmodus: aus</translation></message>
+    <message id="lkeyStatusNeedsShellExtension"><source>lkeyStatusNeedsShellExtension</source><translation>Damit Profile Fenstern folgen: %@ installieren</translation></message>
     <!-- The wait for an answer. -->
     <message id="lkeyStatusWaiting"><source>lkeyStatusWaiting</source><translation>Warten auf eine Antwort des Tastaturdiensts …</translation></message>
     <message id="lkeyStatusLateReply"><source>lkeyStatusLateReply</source><translation>Der Tastaturdienst hat erst nach %@ s geantwortet.</translation></message>

@@ -22,6 +22,7 @@
     <message id="lkeyStatusProfileOfApplication"><source>lkeyStatusProfileOfApplication</source><translation>Profile: %@, because %@ is in front</translation></message>
     <message id="lkeyStatusGameModeOn"><source>lkeyStatusGameModeOn</source><translation>Game mode: on</translation></message>
     <message id="lkeyStatusGameModeOff"><source>lkeyStatusGameModeOff</source><translation>Game mode: off</translation></message>
+    <message id="lkeyStatusNeedsShellExtension"><source>lkeyStatusNeedsShellExtension</source><translation>For profiles that follow windows, install %@</translation></message>
     <!-- The wait for an answer. -->
     <message id="lkeyStatusWaiting"><source>lkeyStatusWaiting</source><translation>Waiting for the keyboard service to respond…</translation></message>
     <message id="lkeyStatusLateReply"><source>lkeyStatusLateReply</source><translation>The keyboard service took %@ s to respond.</translation></message>

@@ -22,6 +22,7 @@
     <message id="lkeyStatusProfileOfApplication"><source>lkeyStatusProfileOfApplication</source><translation>Perfil: %@, porque %@ está en primer plano</translation></message>
     <message id="lkeyStatusGameModeOn"><source>lkeyStatusGameModeOn</source><translation>Modo de juego: activado</translation></message>
     <message id="lkeyStatusGameModeOff"><source>lkeyStatusGameModeOff</source><translation>Modo de juego: desactivado</translation></message>
+    <message id="lkeyStatusNeedsShellExtension"><source>lkeyStatusNeedsShellExtension</source><translation>Para que los perfiles sigan a las ventanas, instale %@</translation></message>
     <!-- The wait for an answer. -->
     <message id="lkeyStatusWaiting"><source>lkeyStatusWaiting</source><translation>Esperando la respuesta del servicio del teclado…</translation></message>
     <message id="lkeyStatusLateReply"><source>lkeyStatusLateReply</source><translation>El servicio del teclado ha tardado %@ s en responder.</translation></message>

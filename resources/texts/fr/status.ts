@@ -22,6 +22,7 @@
     <message id="lkeyStatusProfileOfApplication"><source>lkeyStatusProfileOfApplication</source><translation>Profil : %@, car %@ est au premier plan</translation></message>
     <message id="lkeyStatusGameModeOn"><source>lkeyStatusGameModeOn</source><translation>Mode jeu : activé</translation></message>
     <message id="lkeyStatusGameModeOff"><source>lkeyStatusGameModeOff</source><translation>Mode jeu : désactivé</translation></message>
+    <message id="lkeyStatusNeedsShellExtension"><source>lkeyStatusNeedsShellExtension</source><translation>Pour que les profils suivent les fenêtres, installez %@</translation></message>
     <!-- The wait for an answer. -->
     <message id="lkeyStatusWaiting"><source>lkeyStatusWaiting</source><translation>En attente d’une réponse du service du clavier…</translation></message>
     <message id="lkeyStatusLateReply"><source>lkeyStatusLateReply</source><translation>Le service du clavier a mis %@ s à répondre.</translation></message>
