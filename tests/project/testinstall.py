@@ -37,6 +37,10 @@ share/icons/hicolor/scalable/mimetypes/application-x-quill-kestra-macro.svg
 share/icons/hicolor/scalable/mimetypes/application-x-quill-kestra-profile.svg
 share/man/man1/QuillKestraDaemon.1
 share/man/man1/kestra-configurator.1
+share/gnome-shell/extensions/quill-kestra@quillkestra.org/__init__.js
+share/gnome-shell/extensions/quill-kestra@quillkestra.org/extension.js
+share/gnome-shell/extensions/quill-kestra@quillkestra.org/frontapplication.js
+share/gnome-shell/extensions/quill-kestra@quillkestra.org/metadata.json
 share/man/man1/kestractl.1
 share/metainfo/org.quillkestra.Configurator.metainfo.xml
 share/mime/packages/org.quillkestra.Configurator.xml

@@ -51,8 +51,11 @@ def run_part(part, root, packages, work):
     with open(log, "wb") as output:
         command = ["unshare", "--mount", "--pid", "--fork", "--kill-child", "--propagation", "private", "sh", "-c",
                    ENTER, "enter", mount_point, root, source, part]
-        code = subprocess.run(command, stdout=output, stderr=subprocess.STDOUT, stdin=subprocess.DEVNULL, check=False,
-                              timeout=LIMIT_SECONDS).returncode
+        try:
+            code = subprocess.run(command, stdout=output, stderr=subprocess.STDOUT, stdin=subprocess.DEVNULL,
+                                  check=False, timeout=LIMIT_SECONDS).returncode
+        except subprocess.TimeoutExpired:
+            code = 1
     text = log.read_text(encoding="utf-8", errors="replace")
     missing = [name for name in scenario_names(part) if f"\nok {name} (" not in text]
     if code == 0 and missing:

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What a program offers to assistive tools. Usage: gjs -m accessible.js PROCESS [BUTTON]
 // Without a button, prints the windows of the process as JSON: name, whether it is active, the control with the focus,
-// and its buttons. With one, presses it.
+// its buttons, and the text of its status line. With one, presses it.
 import Atspi from 'gi://Atspi';
 import system from 'system';
 
@@ -38,6 +38,7 @@ function describe(window) {
         focus: controls.find(control => has(control, Atspi.StateType.FOCUSED))?.get_role_name() ?? '',
         buttons: controls.filter(control => control.get_role() === Atspi.Role.PUSH_BUTTON)
             .map(control => control.get_name()),
+        status: controls.find(control => control.get_role() === Atspi.Role.STATUS_BAR)?.get_name() ?? '',
     };
 }
 

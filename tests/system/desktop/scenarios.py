@@ -223,11 +223,22 @@ class Scenarios:
     @scenario_of_gnome
     def extension_is_missed_until_it_is_enabled(self):
         wait_for(self.source, "none")
+        package = "gnome-shell-extension-quill-kestra"
         hint = self.status()["frontApplicationHint"]
-        assert "gnome-shell-extension-quill-kestra" in hint, hint
+        assert package in hint, hint
+        process = self.start_configurator()
+
+        def is_named():
+            return any(package in window["status"] for window in self.shown(process))
+
+        wait_until(is_named, "the package in the status line")
         self.desktop.set_extension("enable")
         wait_for(self.source, self.desktop.source)
         assert not self.status()["frontApplicationHint"]
+        wait_for(is_named, False)
+        wait_for(self.front, CONFIGURATOR)
+        end(process)
+        wait_for(self.front, "")
 
     @scenario
     def profile_follows_the_window_in_front(self):
@@ -276,12 +287,16 @@ class Scenarios:
     def shown(self, process):
         return json.loads(run("gjs", "-m", str(HERE / "accessible.js"), str(process.pid)))
 
+    @staticmethod
+    def start_configurator():
+        return start("kestra-configurator", QT_QPA_PLATFORM="wayland", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
+
     def active_window(self, process):
         return next((window for window in self.shown(process) if window["isActive"]), {})
 
     @scenario
     def configurator_has_its_window_and_sheets(self):
-        process = start("kestra-configurator", QT_QPA_PLATFORM="wayland", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
+        process = self.start_configurator()
         wait_for(self.front, CONFIGURATOR)
         wait_for(self.profile, "Default Profile")
         main = wait_until(lambda: self.active_window(process), "the window of the configurator")
