@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/tableview.h"
 
+#include "platform/rowdrag.h"
 #include "platform/rowsaccessibility.h"
 #include "platform/tablecelldelegate.h"
 #include "platform/tableviewmodel.h"
@@ -18,6 +19,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <utility>
 
 using namespace std::chrono_literals;
 
@@ -124,6 +126,20 @@ void TableView::setAllowsSeveralRows(bool allows)
     setSelectionMode(allows ? ExtendedSelection : SingleSelection);
 }
 
+void TableView::setAllowsMovingRows(bool allows)
+{
+    delete std::exchange(mDrag, nullptr);
+    if (allows)
+        mDrag = new RowDrag(this,
+                            [this](int place) { return mSource ? mSource->tableViewPlaceOfDrop(this, place) : place; });
+}
+
+void TableView::cancelDrag()
+{
+    if (mDrag)
+        mDrag->cancel();
+}
+
 QList<int> TableView::selectedRows() const
 {
     QList<int> rows;
@@ -153,6 +169,7 @@ void TableView::noteNumberOfRowsChanged()
         return;
     const QScopedValueRollback quiet(mNotifies, false);
     const int selected = selectedRow();
+    cancelDrag();
     abortEditing();
     mModel->setRowCount(count);
     describePlaceholder();
@@ -163,6 +180,7 @@ void TableView::noteNumberOfRowsChanged()
 
 void TableView::reloadData()
 {
+    cancelDrag();
     abortEditing();
     noteNumberOfRowsChanged();
     mModel->refetchAll();
@@ -174,6 +192,7 @@ void TableView::selectRow(int row, bool)
 {
     if (row < 0 || row >= numberOfRows() || selectedRows() == QList{row})
         return;
+    cancelDrag();
     abortEditing();
     const int column = qMax(0, currentIndex().column());
     selectionModel()->setCurrentIndex(mModel->index(row, column),
@@ -182,6 +201,7 @@ void TableView::selectRow(int row, bool)
 
 void TableView::selectRows(const QList<int> &rows)
 {
+    cancelDrag();
     abortEditing();
     const int count = numberOfRows();
     QList<int> existing = rows;
@@ -206,6 +226,7 @@ void TableView::selectRows(const QList<int> &rows)
 
 void TableView::deselectAll()
 {
+    cancelDrag();
     abortEditing();
     if (selectedRow() >= 0)
         clearSelection();
@@ -285,13 +306,16 @@ bool TableView::eventFilter(QObject *watched, QEvent *event)
 
 void TableView::changeEvent(QEvent *event)
 {
-    if (event->type() == QEvent::EnabledChange && !isEnabled())
+    if (event->type() == QEvent::EnabledChange && !isEnabled()) {
+        cancelDrag();
         abortEditing();
+    }
     QTableView::changeEvent(event);
 }
 
 void TableView::hideEvent(QHideEvent *event)
 {
+    cancelDrag();
     abortEditing();
     QTableView::hideEvent(event);
 }
@@ -339,10 +363,18 @@ QItemSelectionModel::SelectionFlags TableView::selectionCommand(const QModelInde
 
 bool TableView::event(QEvent *event)
 {
-    if (event->type() == QEvent::FocusOut)
+    if (event->type() == QEvent::FocusOut) {
         mTypedOn.setRemainingTime(0);
+        cancelDrag();
+    }
     if (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress) {
         const auto *key = static_cast<QKeyEvent *>(event);
+        if (mDrag && mDrag->isDragging() && key->key() == Qt::Key_Escape) {
+            if (event->type() == QEvent::KeyPress)
+                mDrag->cancel();
+            event->accept();
+            return true;
+        }
         if (!mTypedOn.hasExpired() && takesTypedOn(key)) {
             event->accept();
             return true;
@@ -409,10 +441,27 @@ void TableView::mousePressEvent(QMouseEvent *event)
         return;
     }
     QTableView::mousePressEvent(event);
+    const QPoint position = event->position().toPoint();
+    const bool selectsMore = event->modifiers() & (Qt::ShiftModifier | Qt::ControlModifier);
+    if (mDrag && event->button() == Qt::LeftButton && !selectsMore && indexAt(position).isValid())
+        mDrag->press(position);
+}
+
+void TableView::mouseMoveEvent(QMouseEvent *event)
+{
+    if (!mDrag || !mDrag->move(event))
+        QTableView::mouseMoveEvent(event);
 }
 
 void TableView::mouseReleaseEvent(QMouseEvent *event)
 {
+    const RowDrag::Release release = mDrag ? mDrag->release(event) : RowDrag::Release();
+    if (release.isOfDrag) {
+        setState(NoState);
+        if (release.place && mSource)
+            mSource->tableViewMoveSelectedRows(this, *release.place);
+        return;
+    }
     QTableView::mouseReleaseEvent(event);
     makeSelectedRowCurrent();
 }
@@ -473,6 +522,10 @@ void TableView::paintEvent(QPaintEvent *event)
         QPainter painter(viewport());
         painter.setPen(QPen(palette().color(QPalette::Highlight), width, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
         painter.drawRect(viewport()->rect().adjusted(width / 2, width / 2, -width / 2, -width / 2));
+    }
+    if (mDrag && mDrag->isDragging()) {
+        QPainter painter(viewport());
+        mDrag->paint(painter);
     }
     if (mPlaceholderText.isEmpty() || showsRows())
         return;

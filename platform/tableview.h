@@ -14,6 +14,7 @@
 #include <optional>
 
 class QLineEdit;
+class RowDrag;
 class TableView;
 class TableViewModel;
 
@@ -53,6 +54,13 @@ public:
     virtual QIcon tableViewImageForTableColumnRow(TableView *, const QString &, int) { return {}; }
     /// A remark about one cell, in its tool tip and for screen readers; empty for none.
     virtual QString tableViewRemarkForTableColumnRow(TableView *, const QString &, int) { return {}; }
+
+    // For a table with TableView::setAllowsMovingRows(). A place is the row before which the rows come; the number of
+    // rows means at the end.
+    /// The place that rows dropped at `place` would have, which the table shows during the drag.
+    virtual int tableViewPlaceOfDrop(TableView *, int place) { return place; }
+    /// The user has dropped the selected rows.
+    virtual void tableViewMoveSelectedRows(TableView *, int) {}
 };
 
 /// Unless setAllowsSeveralRows() says otherwise, at most one row is selected. Only a text in that row can be edited.
@@ -78,6 +86,10 @@ public:
 
     /// Whether the user can select several rows, with Shift, Ctrl and Ctrl+A. False by default.
     void setAllowsSeveralRows(bool allows);
+
+    /// Whether the user can drag the selected rows, or the row below the mouse, to another place. A drag ends without a
+    /// drop by Escape and by everything that discards an open edit. False by default.
+    void setAllowsMovingRows(bool allows);
 
     /// Asks the data source, so the number is correct even before reloadData().
     [[nodiscard]] int numberOfRows();
@@ -132,6 +144,7 @@ protected:
     /// Home and End select the first and the last row that is shown.
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
@@ -150,6 +163,7 @@ private:
 
     void describePlaceholder();
     void hideUnfitRows();
+    void cancelDrag();
     void noteNumberOfRowsChanged();
     [[nodiscard]] bool mayEdit(int row) const;
     [[nodiscard]] bool takesTypedOn(const QKeyEvent *key);
@@ -167,6 +181,7 @@ private:
 
     TableViewModel *mModel = nullptr;
     TableViewDataSource *mSource = nullptr;
+    RowDrag *mDrag = nullptr; ///< absent unless the user can move rows
     QPointer<QLineEdit> mEditor;
     QPersistentModelIndex mEditedIndex;
     QString mPlaceholderText;
