@@ -4,6 +4,7 @@
 #include "base/visibletext.h"
 #include "platform/mnemonics.h"
 #include "platform/popupaccessibility.h"
+#include "platform/scrollingmenu.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -52,7 +53,8 @@ int menuItemTag(const QAction *item)
     return item->data().toInt();
 }
 
-PopUpButton::PopUpButton(QWidget *parent) : QPushButton(parent), mMenu(new QMenu(this)), mGroup(new QActionGroup(this))
+PopUpButton::PopUpButton(QWidget *parent)
+    : QPushButton(parent), mMenu(new ScrollingMenu(this)), mGroup(new QActionGroup(this))
 {
     PopUpAccessibility::install();
     // QPushButton::setMenu() would open the menu in a nested event loop and block the caller.
