@@ -170,7 +170,7 @@ int runWindow(const SingleInstance &instance, const Launch &launch)
 
 QVariantMap launchUserInfo(const Launch &launch)
 {
-    if (launch.isRestored || launch.isForBackground || !launch.files.isEmpty())
+    if (launch.isRestored || launch.isForBackground)
         return {{launchIsDefaultLaunchKey, false}};
     if (launch.isWithoutNotice)
         return {};

@@ -19,9 +19,9 @@ struct Launch
     QStringList files;
 };
 
-/// Returns the launch notification's user information. The default-launch flag is false when the program was restored,
-/// opened with a file or started for the background. It is absent for any other launch without notice, and true
-/// otherwise.
+/// Returns the launch notification's user information. The default-launch flag is false when the program was restored
+/// or started for the background: such a window waits for the service. It is absent for any other launch without
+/// notice, and true otherwise, also with files: a user who opens one must be able to start the service.
 [[nodiscard]] QVariantMap launchUserInfo(const Launch &launch);
 
 /// Calls `delegate` when the application quits and when it becomes inactive. Main thread.

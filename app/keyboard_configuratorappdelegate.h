@@ -13,7 +13,7 @@ class KeyboardMainController;
 class QWidget;
 
 /// Key of the launch notification's user information. The value is true for a normal launch. It is false when the
-/// application was restored, opened with a file or started for the background.
+/// application was restored or started for the background.
 inline constexpr QLatin1StringView launchIsDefaultLaunchKey{"NSApplicationLaunchIsDefaultLaunchKey"};
 
 /// The interval at which the background wait looks for the daemon.

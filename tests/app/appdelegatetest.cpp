@@ -55,7 +55,8 @@ void AppDelegateTest::distinguishesTheLaunches_data()
     QTest::newRow("normal") << Launch() << QVariant(true);
     QTest::newRow("restored") << Launch{true, false, false, {}} << QVariant(false);
     QTest::newRow("background") << Launch{false, true, false, {}} << QVariant(false);
-    QTest::newRow("with a file") << Launch{false, false, false, {u"a.KestraMacro"_s}} << QVariant(false);
+    QTest::newRow("with a file") << Launch{false, false, false, {u"a.KestraMacro"_s}} << QVariant(true);
+    QTest::newRow("restored with a file") << Launch{true, false, false, {u"a.KestraMacro"_s}} << QVariant(false);
     QTest::newRow("without notice") << Launch{false, false, true, {}} << QVariant();
     QTest::newRow("restored without notice") << Launch{true, false, true, {}} << QVariant(false);
 }
