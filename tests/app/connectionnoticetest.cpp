@@ -5,6 +5,8 @@
 #include "app/servicestart.h"
 #include "app/statusreporter.h"
 #include "base/text.h"
+#include "platform/mnemonics.h"
+#include "tests/app/hubfixture.h"
 #include "tests/support/testmain.h"
 
 #include <QDBusConnection>
@@ -75,7 +77,7 @@ QStringList offersOf(const ConnectionNotice &notice)
     QStringList offers{notice.findChild<QLabel *>(u"mConnectionNoticeText"_s)->text()};
     for (const QPushButton *button : notice.findChildren<QPushButton *>()) {
         if (!button->isHidden())
-            offers += button->text();
+            offers += Mnemonics::plainText(button->text());
     }
     return offers;
 }
@@ -249,6 +251,21 @@ private Q_SLOTS:
         start.start();
         QTRY_COMPARE(failed.size(), 1); // the first start has been answered before
         QCOMPARE(manager.calls, calls + calls);
+    }
+
+    void theWindowStartsTheService()
+    {
+        ServiceManager manager;
+        const HubResources resources;
+        const Hub hub;
+        auto *notice = hub.find<ConnectionNotice>("mConnectionNotice");
+        const auto offers = [notice] { return offersOf(*notice); };
+        notice->show({.service = Service::absent});
+        QTRY_COMPARE(offers(), (QStringList{u"The keyboard service is not running."_s, u"Start"_s}));
+        manager.refusesStart = true;
+        hub.find<QPushButton>("mConnectionNoticeHelp")->click();
+        QTRY_COMPARE(offers().first(), u"The keyboard service could not be started."_s);
+        QCOMPARE(manager.calls, (QStringList{u"reset "_s + unit, u"start "_s + unit + u" replace"_s}));
     }
 
     void buttonsOpenTheChooserAndTheHelp()
