@@ -6,6 +6,7 @@
 #include "base/daemonprotocol.h"
 #include "base/text.h"
 #include "macros/macrodelegate.h"
+#include "macros/macroinsertsheet.h"
 #include "macros/macrorecord.h"
 #include "macros/macrosearchfield.h"
 #include "macros/macrotrysheet.h"
@@ -44,6 +45,7 @@ KeyboardMacrosController::~KeyboardMacrosController()
     delete mTryWindow;
     delete mTypeTextWindow;
     delete mPauseWindow;
+    delete mInsertWindow;
     if (!mView->parent())
         delete mView;
 }
@@ -129,7 +131,7 @@ void KeyboardMacrosController::setControlsState(bool isEnabled)
     if (isEnabled)
         enableDeleteEventBySelection();
     // The keyboard may be announced again meanwhile. The user must not select another macro before Stop saves this one.
-    if (hasRecording() || isMacroEventEdit()) {
+    if (hasRecording() || isMacroEventEdit() || isChoosingKey()) {
         setStateOfMacroTableWithState(false);
         setStateOfTableButtonsWithState(false);
     }
@@ -301,7 +303,7 @@ void KeyboardMacrosController::updatePlaceholders()
 void KeyboardMacrosController::updateEventButtons()
 {
     const bool isRenaming = mMacroTableView->editedRow() >= 0;
-    const bool isUnused = mHasDeviceConnected && !hasRecording() && !isMacroEventEdit();
+    const bool isUnused = mHasDeviceConnected && !hasRecording() && !isMacroEventEdit() && !isChoosingKey();
     const bool isIdle = isUnused && !isRenaming;
     mDeleteMacro->setEnabled(isUnused && macroRow() >= 0);
     mAddMacroDetails->setEnabled(isIdle);
@@ -309,21 +311,6 @@ void KeyboardMacrosController::updateEventButtons()
     mDeleteMacroDetails->setEnabled(isIdle && eventRow() >= 0);
     mRecordMacroDetails->setEnabled(mHasDeviceConnected && !isRenaming);
     mTryMacro->setEnabled(isIdle && !mLines.shown().isEmpty());
-    explainEdit();
-}
-
-/// The tool tip of "Edit" gives the reason for the disabled command where nothing else does.
-void KeyboardMacrosController::explainEdit()
-{
-    QAction *edit = mSettingsMacroDetails->itemWithTag(MacroCommands::edit);
-    if (!edit)
-        return; // the menus are not built yet
-    const MacroCommands::EventListState state = eventListState();
-    const bool isOutOfReach = eventRow() >= 0 && !state.hasSeveralRows && !MacroCommands::canEditSelection(state);
-    const bool isMacroOutOfReach = macroRow() > MacroCommands::lastRowInReach;
-    const char *reason = isMacroOutOfReach ? "lkeyEditMacroTooFarTip" : "lkeyEditTooFarTip";
-    edit->setToolTip(isOutOfReach ? localizedText(reason) : QString());
-    mSettingsMacroDetails->menu()->setToolTipsVisible(isOutOfReach);
 }
 
 /// The event list is disabled during a recording, but that is when the user reads it.

@@ -8,6 +8,7 @@
 #include "keys/macrouses.h"
 #include "macros/eventicons.h"
 #include "macros/macrocommands.h"
+#include "macros/macroinsertion.h"
 #include "macros/macrolines.h"
 #include "macros/macropausesheet.h"
 #include "macros/macrorecord.h"
@@ -22,9 +23,12 @@
 #include <QVariantList>
 #include <QVariantMap>
 
+#include <functional>
+
 class ButtonArea;
 class DistributedNotificationCenter;
 class MacroDelegate;
+class MacroInsertSheet;
 class MacroTimelinePart;
 class MacroTrySheet;
 class MacroTypeText;
@@ -60,6 +64,7 @@ public:
         appendingAgain,   ///< Record started the appended recording again; possible after a late captured key
         stoppingAppended, ///< an appended recording takes no more events, but has not been saved yet
         editingEvent,     ///< the event sheet is up
+        choosingKey,      ///< the sheet for new events waits for the key
     };
     Q_ENUM(Activity)
 
@@ -110,7 +115,7 @@ public:
     void updateTableWithNewMacro();
     void stopAllMacroRecording();
     /// The widget that waits for keys of the keyboard: the event sheet while it is up, the event part during a
-    /// recording, else null.
+    /// recording, a button of the sheet for new events while that waits for a key, else null.
     [[nodiscard]] QWidget *captureArea() const;
     /// Shows in that widget where the user presses the keys.
     void showCaptureSource(const CaptureSource &source);
@@ -177,6 +182,9 @@ public:
     QIcon tableViewImageForTableColumnRow(TableView *tableView, const QString &column, int row) override;
     /// Says of a press or release that it has no counterpart.
     QString tableViewRemarkForTableColumnRow(TableView *tableView, const QString &column, int row) override;
+    /// A delay goes with the event below it: the place between the two is the one before the delay.
+    int tableViewPlaceOfDrop(TableView *tableView, int place) override;
+    void tableViewMoveSelectedRows(TableView *tableView, int place) override;
 
 Q_SIGNALS:
     void captureAreaChanged(); ///< also when a capture begins again in the same area
@@ -263,7 +271,6 @@ private:
     void updatePlaceholders();
     void updateLineColor();
     void updateEventButtons();
-    void explainEdit();
     void enableDeleteEventBySelection();
     void setRecordButton(bool readsStop); ///< without a change of the activity
     void showRecordButton();
@@ -299,12 +306,22 @@ private:
     /// Stores `changed` in place of `read`, as one change, and selects `chosen` of it.
     void storeEvents(const QVariantList &read, const QVariantList &changed, const QList<int> &chosen);
     void selectEvents(const QList<int> &indexes);
+    void selectEventRows(const QList<int> &rows);
     void copySelectedEvents();
     void deleteSelectedEvents();
     void pasteEvents();
     void moveSelectedEvents(int step);
+    /// Moves them before the event that is now at `place`.
+    void moveEvents(const SelectedEvents &selected, int place);
+    /// Stores `changed` in place of the event that `row` belongs to, over the request without a limit for rows.
+    void storeEventOutOfReach(int row, const std::function<QVariantMap(const QVariantMap &event)> &changed);
     void openPauseSheet(MacroPauseSheet::Change change);
     void changePauses(MacroPauseSheet::Change change, int number);
+    void buildInsertSheet();
+    void openInsertSheet();
+    void insertEvents(const MacroInsertion::Outcome &outcome);
+    void captureInsertedKey(bool begins);
+    [[nodiscard]] bool isChoosingKey() const { return mState.activity == Activity::choosingKey; }
     void openTypeTextSheet();
     void insertTypedText(const QList<MacroRecord::Event> &typed, int index, int pauseMs);
     void removeAllEvents();
@@ -349,6 +366,7 @@ private:
     QPushButton *mMacroEventEditCancel = nullptr;
     QPointer<MacroTypeText> mTypeTextWindow; ///< made when it first comes up
     QPointer<MacroPauseSheet> mPauseWindow;
+    QPointer<MacroInsertSheet> mInsertWindow;
 
     QPointer<OpenPanel> mOpenPanel; ///< both panels: kept until the next is opened
     QPointer<SavePanel> mSavePanel;
@@ -361,9 +379,10 @@ private:
     QVariantList mMacrosSettingsArray;
     QVariantList mProfiles;
     int mActiveProfile = -1;
-    QVariantMap mSequenceDict;        ///< the event record being edited
-    QVariantList mEventsBeforeTyping; ///< of the macro for which a text is being written
-    SelectedEvents mEventsToPause;    ///< of the open sheet for pauses
+    QVariantMap mSequenceDict;           ///< the event record being edited
+    QVariantList mEventsBeforeTyping;    ///< of the macro for which a text is being written
+    QVariantList mEventsBeforeInsertion; ///< of the open sheet for new events
+    SelectedEvents mEventsToPause;       ///< of the open sheet for pauses
     MacroLines mLines;
     QVariant mSelectedMacroId; ///< of the selected macro; invalid without one
     EventIcons mEventIcons;

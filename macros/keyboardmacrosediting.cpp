@@ -41,6 +41,7 @@ void KeyboardMacrosController::editEvents(MacroCommands::EventTag tag)
     case MacroCommands::pasteEvents: pasteEvents(); break;
     case MacroCommands::moveUp: moveSelectedEvents(-1); break;
     case MacroCommands::moveDown: moveSelectedEvents(1); break;
+    case MacroCommands::insertEvents: openInsertSheet(); break;
     case MacroCommands::setPause: openPauseSheet(MacroPauseSheet::Change::set); break;
     case MacroCommands::scalePauses: openPauseSheet(MacroPauseSheet::Change::scale); break;
     default: break;
@@ -80,6 +81,11 @@ void KeyboardMacrosController::selectEvents(const QList<int> &indexes)
     }
     if (indexes.size() == 1 && !rows.isEmpty())
         rows = {rows.last()};
+    selectEventRows(rows);
+}
+
+void KeyboardMacrosController::selectEventRows(const QList<int> &rows)
+{
     if (!rows.isEmpty()) {
         mMacroDetailsTableView->scrollRowToVisible(rows.last());
         mMacroDetailsTableView->scrollRowToVisible(rows.first());
@@ -126,11 +132,50 @@ void KeyboardMacrosController::moveSelectedEvents(int step)
     const SelectedEvents selected = readSelectedEvents();
     if (selected.indexes.isEmpty())
         return;
-    const int count = int(selected.indexes.size());
-    const int place = step < 0 ? std::max(0, selected.indexes.first() - 1)
-                               : std::min(int(selected.all.size()), selected.indexes.last() + 2);
+    moveEvents(selected, step < 0 ? std::max(0, selected.indexes.first() - 1)
+                                  : std::min(int(selected.all.size()), selected.indexes.last() + 2));
+}
+
+void KeyboardMacrosController::moveEvents(const SelectedEvents &selected, int place)
+{
+    const auto above = std::ranges::count_if(selected.indexes, [place](int index) { return index < place; });
     if (const auto moved = MacroEdits::moving(selected.all, selected.indexes, place))
-        storeEvents(selected.all, *moved, neighbours(step < 0 ? place : place - count, count));
+        storeEvents(selected.all, *moved, neighbours(place - int(above), selected.indexes.size()));
+}
+
+int KeyboardMacrosController::tableViewPlaceOfDrop(TableView *, int place)
+{
+    const bool isBehindItsDelay =
+        place > 0 && place < mLines.shown().size() && mLines.isDelay(place - 1) && !mLines.isDelay(place);
+    return isBehindItsDelay ? place - 1 : place;
+}
+
+void KeyboardMacrosController::tableViewMoveSelectedRows(TableView *, int place)
+{
+    if (!mMacroDelegate || macroRow() < 0 || !mSettingsMacroDetails->isEnabled())
+        return;
+    const QStringList lines = mLines.shown();
+    const SelectedEvents selected = readSelectedEvents();
+    if (selected.indexes.isEmpty() || mLines.shown() != lines)
+        return; // the place was one between other events
+    moveEvents(selected, MacroRecord::eventsOfRows(selected.all).value(place, int(selected.all.size())));
+}
+
+void KeyboardMacrosController::storeEventOutOfReach(int row,
+                                                    const std::function<QVariantMap(const QVariantMap &event)> &changed)
+{
+    const QStringList lines = mLines.shown();
+    reloadStaleRecords();
+    if (mLines.shown() != lines)
+        return; // the row was one of other events
+    const QVariantList read = MacroRecord::events(macroAt(macroRow()));
+    const std::optional<int> index = MacroRecord::eventIndexOfRow(read, row);
+    if (!index)
+        return;
+    QVariantList events = read;
+    events[*index] = changed(read.at(*index).toMap());
+    if (events != read)
+        (void)mMacroDelegate->replaceEventsOfMacroAtIndex(macroRow(), read, events);
 }
 
 // The sheet for pauses

@@ -10,6 +10,7 @@
 #include "macros/eventparser.h"
 #include "macros/eventsclip.h"
 #include "macros/macrodelegate.h"
+#include "macros/macroinsertsheet.h"
 #include "macros/macrorecord.h"
 #include "macros/nstableviewmacrodetailssubclass.h"
 #include "macros/nstableviewmacrosubclass.h"
@@ -57,7 +58,7 @@ void KeyboardMacrosController::clickDeleteMacroDetails(QObject *)
     const int row = eventRow();
     if (row < 0)
         return;
-    if (mMacroDetailsTableView->selectedRows().size() > 1)
+    if (mMacroDetailsTableView->selectedRows().size() > 1 || !MacroCommands::isEventInReach(macroRow(), row))
         return deleteSelectedEvents();
     if (mMacroDelegate)
         mMacroDelegate->removeEventAtIndexForMacroAtIndex(row, macroRow());
@@ -118,7 +119,7 @@ void KeyboardMacrosController::removeAllDelays()
 void KeyboardMacrosController::editSelectedEvent()
 {
     const MacroCommands::EventListState state = eventListState();
-    if (!MacroCommands::canEditSelection(state) || state.hasSeveralRows)
+    if (state.selectedRow < 0 || state.hasSeveralRows)
         return;
     if (state.isDelaySelected)
         openDelaySheet();
@@ -167,7 +168,8 @@ void KeyboardMacrosController::openEventSheet()
     mInputMacroEvent->clear();
     mEditEventWindow->beginSheet(mMacrosWindow);
     mEventsSubject.note(mEditEventWindow, eventsOfSelectedMacro());
-    mSequenceDict = mMacroDelegate->getSequenceDetailsEventIndex(macroRow(), eventRow());
+    if (MacroCommands::isEventInReach(macroRow(), eventRow()))
+        mSequenceDict = mMacroDelegate->getSequenceDetailsEventIndex(macroRow(), eventRow());
     State state = mState;
     state.activity = Activity::editingEvent;
     state.isCapturing = true;
@@ -199,6 +201,7 @@ void KeyboardMacrosController::clickMacroEventOK(QObject *)
     setActivity(state);
     if (mMacroDelegate)
         mMacroDelegate->stopSingleKeyRecording();
+    mEventsSubject.note(nullptr); // the new lines must not cancel the sheet
     storeCapturedKey(MacroRecord::keyboardPage);
     closeEventSheet();
 }
@@ -217,14 +220,23 @@ void KeyboardMacrosController::clickMacroEventCancel(QObject *)
 
 void KeyboardMacrosController::storeCapturedKey(int page)
 {
-    if (!mMacroDelegate || !MacroCommands::isEventInReach(macroRow(), eventRow()))
+    if (!mMacroDelegate || macroRow() < 0 || eventRow() < 0)
         return;
+    const auto withCapturedKey = [this, page](QVariantMap event) {
+        event[SettingsKeys::argument] = int(mMacroEventEditHIDCode);
+        if (page != keepPage)
+            event[SettingsKeys::page] = page;
+        return event;
+    };
+    if (!MacroCommands::isEventInReach(macroRow(), eventRow())) {
+        if (mMacroEventEditHIDCode != 0)
+            storeEventOutOfReach(eventRow(), withCapturedKey);
+        return;
+    }
     mSequenceDict = mMacroDelegate->getSequenceDetailsEventIndex(macroRow(), eventRow());
     if (mSequenceDict.isEmpty() || mMacroEventEditHIDCode == 0)
         return;
-    mSequenceDict[SettingsKeys::argument] = int(mMacroEventEditHIDCode);
-    if (page != keepPage)
-        mSequenceDict[SettingsKeys::page] = page;
+    mSequenceDict = withCapturedKey(mSequenceDict);
     mMacroDelegate->updateSequenceInfoEventIndexNewDict(macroRow(), eventRow(), mSequenceDict);
     eventsWereEdited();
 }
@@ -235,6 +247,12 @@ void KeyboardMacrosController::singleKeyEvents(const QVariantMap &userInfo)
     const int modifier = PlistNumbers::integerValue(userInfo.value(DaemonProtocol::singleKeyModifier));
     // A modifier key pressed alone arrives as the modifier.
     const int code = modifier != 0 && (key & lowByte) == 0 ? modifier : key;
+    if (isChoosingKey()) {
+        if ((code & lowByte) == 0)
+            return;
+        mInsertWindow->chooseKey(code & lowByte);
+        return captureInsertedKey(false);
+    }
     mMacroEventEditHIDCode = quint8(code & lowByte);
     mInputMacroEvent->setText(eventParser::getStringWithHIDWithModifier(mMacroEventEditHIDCode, 0));
     if (!recordButtonReadsStop() || !isEditingMacro() || isMacroEventEdit())

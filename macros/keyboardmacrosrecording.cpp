@@ -5,6 +5,7 @@
 #include "base/daemonprotocol.h"
 #include "base/text.h"
 #include "macros/macrodelegate.h"
+#include "macros/macroinsertsheet.h"
 #include "macros/macrorecord.h"
 #include "macros/nstableviewmacrodetailssubclass.h"
 #include "platform/mnemonics.h"
@@ -54,6 +55,8 @@ void KeyboardMacrosController::setActivity(const State &state)
     updatePlaceholders();
     updateLineColor();
     updateEventButtons();
+    if (mInsertWindow)
+        mInsertWindow->showCapturing(isChoosingKey());
     if (hasChanged)
         Q_EMIT captureAreaChanged();
 }
@@ -67,6 +70,7 @@ QWidget *KeyboardMacrosController::captureArea() const
     case Activity::appending:
     case Activity::appendingAgain: return mEventPart;
     case Activity::editingEvent: return mEditEventWindow;
+    case Activity::choosingKey: return mInsertWindow ? mInsertWindow->captureArea() : nullptr;
     }
     return nullptr;
 }
@@ -86,6 +90,8 @@ void KeyboardMacrosController::showCaptureSource(const CaptureSource &source)
         source, {.unknown = "lkeyHoldEscape", .window = "lkeyTypeMacroHere", .realKeyboards = "lkeyRecordingOn"});
     const bool hasHint = !hint.isEmpty() && source.kind != CaptureSource::Kind::unknown;
     mRecordingHint->setText(hasHint ? request + u'\n' + hint : request);
+    if (mInsertWindow)
+        mInsertWindow->showSource(source);
     describeRecordButton();
 }
 
@@ -235,6 +241,8 @@ void KeyboardMacrosController::keyboardCameBack()
 {
     if (isMacroEventEdit())
         captureEditedEvent();
+    else if (isChoosingKey() && mMacroDelegate)
+        mMacroDelegate->startEditHID();
     else if (hasRecording())
         stopAllMacroRecording();
 }

@@ -2,6 +2,7 @@
 // The timeline above the event list: both show the same lines and select the same row.
 #include "macros/keyboardmacroscontroller.h"
 
+#include "base/settingskeys.h"
 #include "macros/macrodelegate.h"
 #include "macros/macropairs.h"
 #include "macros/macrorecord.h"
@@ -48,6 +49,11 @@ void KeyboardMacrosController::markUnpairedEvents()
 
 void KeyboardMacrosController::setDelayOfRow(int row, int delayMs)
 {
+    if (mMacroDelegate && !MacroCommands::isEventInReach(macroRow(), row))
+        return storeEventOutOfReach(row, [delayMs](QVariantMap event) {
+            event.insert(SettingsKeys::delay, delayMs);
+            return event;
+        });
     if (mMacroDelegate)
         mMacroDelegate->setNewDelayAtMacroEventIndexForMacroAtIndex(delayMs, row, macroRow());
     eventsWereEdited();

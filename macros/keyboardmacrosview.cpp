@@ -160,6 +160,7 @@ QWidget *KeyboardMacrosController::buildEventList()
     mMacroDetailsTableView->setAccessibleName(localizedText("lkeyMacroEvents"));
     mMacroDetailsTableView->addColumn({u"command"_s, localizedText("lkeyMacroEvents"), TableCell::text, false, true});
     mMacroDetailsTableView->setAllowsSeveralRows(true);
+    mMacroDetailsTableView->setAllowsMovingRows(true);
     mMacroDetailsTableView->horizontalHeader()->hide();
     mMacroAssignmentLabel->setBuddy(mMacroDetailsTableView);
     mMacroDetailsScrollView = makeScrollView(mMacroDetailsTableView, "mMacroDetailsScrollView"_L1);
@@ -270,6 +271,7 @@ void KeyboardMacrosController::buildView()
     buildDelaySheet();
     buildEventSheet();
     buildTrySheet();
+    buildInsertSheet();
     mPauseWindow = new MacroPauseSheet;
     connect(mPauseWindow, &MacroPauseSheet::changeRequested, this, &KeyboardMacrosController::changePauses);
     showCaptureSource({});
@@ -302,6 +304,7 @@ void KeyboardMacrosController::connectKeys()
         addKey(mMacroDetailsTableView, key, editEvent);
     }
     connect(mMacroDetailsTableView, &TableView::doubleClicked, this, editEvent);
+    addKey(mMacroDetailsTableView, Qt::Key_Insert, [this] { editEvents(MacroCommands::insertEvents); });
     addKey(mMacroDetailsTableView, Qt::ALT | Qt::Key_Up, [this] { editEvents(MacroCommands::moveUp); });
     addKey(mMacroDetailsTableView, Qt::ALT | Qt::Key_Down, [this] { editEvents(MacroCommands::moveDown); });
     auto *find = new QShortcut(QKeySequence(QKeySequence::Find), mView);

@@ -15,13 +15,21 @@ const QList<MenuCommand> &ofList()
 const QList<MenuCommand> &ofEventList()
 {
     static const QList<MenuCommand> commands{
-        {record, "lkeyRecord"},           {edit, "lkeyEdit"},
-        {deleteEvent, "lkeyDeleteEvent"}, {deleteAllEvents, "lkeyDeleteAllEvents"},
-        {copyDelay, "lkeyCopyDelay"},     {noDelay, "lkeyNoDelay"},
-        {typeText, "lkeyTypeText"},       {cutEvents, "lkeyCutEvents"},
-        {copyEvents, "lkeyCopyEvents"},   {pasteEvents, "lkeyPasteEvents"},
-        {moveUp, "lkeyMoveEventsUp"},     {moveDown, "lkeyMoveEventsDown"},
-        {setPause, "lkeySetPause"},       {scalePauses, "lkeyScalePauses"},
+        {record, "lkeyRecord"},
+        {edit, "lkeyEdit"},
+        {deleteEvent, "lkeyDeleteEvent"},
+        {deleteAllEvents, "lkeyDeleteAllEvents"},
+        {copyDelay, "lkeyCopyDelay"},
+        {noDelay, "lkeyNoDelay"},
+        {insertEvents, "lkeyInsertEvents"},
+        {typeText, "lkeyTypeText"},
+        {cutEvents, "lkeyCutEvents"},
+        {copyEvents, "lkeyCopyEvents"},
+        {pasteEvents, "lkeyPasteEvents"},
+        {moveUp, "lkeyMoveEventsUp"},
+        {moveDown, "lkeyMoveEventsDown"},
+        {setPause, "lkeySetPause"},
+        {scalePauses, "lkeyScalePauses"},
     };
     return commands;
 }
@@ -31,11 +39,6 @@ bool isEventInReach(int macroRow, int eventRow)
     return macroRow >= 0 && macroRow <= lastRowInReach && eventRow >= 0 && eventRow <= lastRowInReach;
 }
 
-bool canEditSelection(const EventListState &state)
-{
-    return state.isDelaySelected || isEventInReach(state.macroRow, state.selectedRow);
-}
-
 bool isEnabledForList(int tag, bool isMacroSelected)
 {
     return isMacroSelected || tag == newMacro || tag == importMacro;
@@ -43,7 +46,7 @@ bool isEnabledForList(int tag, bool isMacroSelected)
 
 bool isEnabledInEventGearMenu(int tag, const EventListState &state)
 {
-    if (tag == typeText)
+    if (tag == typeText || tag == insertEvents)
         return state.macroRow >= 0;
     if (tag == pasteEvents)
         return state.macroRow >= 0 && state.canPaste;
@@ -53,8 +56,6 @@ bool isEnabledInEventGearMenu(int tag, const EventListState &state)
         return tag == record || tag == deleteAllEvents || tag == noDelay;
     if (state.hasSeveralRows && (tag == edit || tag == copyDelay))
         return false;
-    if (tag == edit)
-        return canEditSelection(state);
     return tag != copyDelay || state.isDelaySelected;
 }
 

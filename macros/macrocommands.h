@@ -26,6 +26,7 @@ enum EventTag {
     moveDown = 25,
     setPause = 26,
     scalePauses = 27,
+    insertEvents = 28,
 };
 
 struct EventListState
@@ -38,16 +39,12 @@ struct EventListState
     bool canPaste = false;       ///< the clipboard has events
 };
 
-/// The requests that read and replace an event have one byte each for its row and its macro's row. A higher row would
-/// name another event or macro.
+/// The requests that read and replace an event have one byte each for its row and its macro's row. Rows and macros
+/// above are edited by the request that replaces all events of a macro, which has no such limit.
 inline constexpr int lastRowInReach = 255;
 
-/// True if the requests for an event can name this row of this macro.
+/// True if the requests for one event are used for this row of this macro.
 [[nodiscard]] bool isEventInReach(int macroRow, int eventRow);
-
-/// True if the selected event or delay can be edited. Delays can be edited in every row of every macro: their request
-/// has whole numbers.
-[[nodiscard]] bool canEditSelection(const EventListState &state);
 
 [[nodiscard]] const QList<MenuCommand> &ofList();
 [[nodiscard]] const QList<MenuCommand> &ofEventList();

@@ -13,6 +13,7 @@
 #include "macros/eventparser.h"
 #include "macros/keyboardmacroscontroller.h"
 #include "macros/macroedits.h"
+#include "macros/macroinsertion.h"
 #include "macros/macrorecord.h"
 #include "macros/macrotrysheet.h"
 #include "macros/numberonlytextfield.h"
@@ -20,6 +21,7 @@
 #include "platform/filepanels.h"
 #include "platform/popupbutton.h"
 #include "platform/pulldownbutton.h"
+#include "platform/radiogroup.h"
 #include "platform/sheet.h"
 #include "platform/statusline.h"
 #include "tests/app/hubfixture.h"
@@ -35,6 +37,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
+#include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTabWidget>
@@ -118,6 +121,8 @@ private Q_SLOTS:
     void replacesTheEvents();
     void editsSeveralEventsAsOneChange();
     void waitsForTheReplacementWithoutOtherEvents();
+    void insertsEventsWithTheSheet();
+    void dragsRowsAsOneChange();
     void reachesRowsAbove255();
     void refusesWhatAnotherClientHasChanged();
     void refusesAMacroThatAnotherClientHasRemoved();
@@ -717,10 +722,89 @@ void MacrosEndToEndTest::waitsForTheReplacementWithoutOtherEvents()
     QTRY_VERIFY(*hasRun);
 }
 
+void MacrosEndToEndTest::insertsEventsWithTheSheet()
+{
+    addTaps(u"Combo"_s, 1);
+    const QVariantList before = shownEvents(list()->selectedRow());
+    auto *events = mHub->find<TableView>("mMacroDetailsTableView");
+    chooseForEvent(0, MacroCommands::insertEvents);
+    click("mInsertPressKey");
+    typeKey(keyB);
+    QTRY_COMPARE(mHub->find<PopUpButton>("mInsertKey")->shownTitleOfSelectedItem(), u"B"_s);
+    QTRY_VERIFY(!mHub->find<QPushButton>("mInsertPressKey")->isChecked());
+    click("mInsertOK");
+    const QVariantList inserted =
+        before.first(1) + MacroEdits::tap({.page = 7, .usage = keyB}, 20, 20) + before.last(1);
+    QCOMPARE(MacroRecord::events(kept(u"Combo"_s)), inserted);
+    QCOMPARE(lines(), eventParser::getMessagesArray(inserted));
+    QCOMPARE(events->selectedRows(), (QList<int>{1, 2, 3, 4}));
+    // One change
+    auto *undo = mHub->find<QToolButton>("mUndoButton");
+    QTRY_VERIFY(undo->isEnabled());
+    undo->click();
+    QTRY_COMPARE(MacroRecord::events(kept(u"Combo"_s)), before);
+    // The keys act in the window again, and a pause at the start is shown.
+    QTRY_COMPARE(lines(), eventParser::getMessagesArray(before));
+    events->selectRow(0);
+    events->setFocus();
+    QTest::keyClick(events, Qt::Key_Insert);
+    mHub->find<PopUpButton>("mInsertKind")->itemAtIndex(int(MacroInsertion::Kind::pause))->trigger();
+    QTest::keyClicks(mHub->find<NumberOnlyTextField>("mInsertPause"), u"0"_s); // 200
+    mHub->find<RadioGroup>("mInsertPlace")->selectRow(0);
+    click("mInsertOK");
+    QCOMPARE(lines().first(2), (QStringList{u"0.210 seconds delay\n"_s, u"Key Press A"_s}));
+    QCOMPARE(events->selectedRows(), QList<int>{0});
+    QCOMPARE(MacroRecord::events(kept(u"Combo"_s)).size(), 3);
+}
+
+void MacrosEndToEndTest::dragsRowsAsOneChange()
+{
+    addTaps(u"Combo"_s, 1);
+    const int row = list()->selectedRow();
+    const QVariantList before = shownEvents(row) + tapOfB;
+    QVERIFY(replace(row, shownEvents(row), before));
+    auto *events = mHub->find<TableView>("mMacroDetailsTableView");
+    events->selectRows({3, 4, 5, 6});
+    events->scrollRowToVisible(0);
+    const auto rect = [events](int each) { return events->visualRect(events->model()->index(each, 0)); };
+    QWidget *viewport = events->viewport();
+    const QPoint place(60, rect(0).top() + 1);
+    QTest::mousePress(viewport, Qt::LeftButton, {}, rect(3).center());
+    QMouseEvent move(QEvent::MouseMove, place, viewport->mapToGlobal(place), Qt::NoButton, Qt::LeftButton, {});
+    QCoreApplication::sendEvent(viewport, &move);
+    QTest::mouseRelease(viewport, Qt::LeftButton, {}, place);
+    const QVariantList moved = MacroEdits::moving(before, {2, 3}, 0).value();
+    QCOMPARE(MacroRecord::events(kept(u"Combo"_s)), moved);
+    QCOMPARE(lines(), eventParser::getMessagesArray(moved));
+    auto *undo = mHub->find<QToolButton>("mUndoButton");
+    QTRY_VERIFY(undo->isEnabled());
+    undo->click();
+    QTRY_COMPARE(MacroRecord::events(kept(u"Combo"_s)), before);
+}
+
 void MacrosEndToEndTest::reachesRowsAbove255()
 {
     addTaps(u"Long"_s, 400);
     const int row = list()->selectedRow();
+    QVariantList changed = shownEvents(row);
+    const auto compareKept = [this, &changed] {
+        QCOMPARE(MacroRecord::events(kept(u"Long"_s)), changed);
+        QCOMPARE(lines(), eventParser::getMessagesArray(changed));
+    };
+    chooseForEvent(1500, MacroCommands::edit);
+    typeKey(keyH);
+    QTRY_COMPARE(mHub->find<QLineEdit>("mInputMacroEvent")->text(), u"H"_s);
+    click("mMacroEventEditOK");
+    changed[750] = MacroEdits::press({.page = 7, .usage = keyH}, 10);
+    compareKept();
+    chooseForEvent(1499, MacroCommands::edit);
+    QTest::keyClicks(mHub->find<NumberOnlyTextField>("mInputMacroDelay"), u"250"_s);
+    click("mMacroDelayOK");
+    changed[750] = MacroEdits::press({.page = 7, .usage = keyH}, 250);
+    compareKept();
+    chooseForEvent(1500, MacroCommands::deleteEvent);
+    changed.removeAt(750);
+    compareKept();
     const QVariantList before = shownEvents(row);
     const int event = *MacroRecord::eventIndexOfRow(before, 1501);
     QVERIFY(replace(row, before, MacroEdits::settingDelays(before, {event}, 1234).value()));

@@ -3,12 +3,14 @@
 #include "app/mainwindow.h"
 #include "base/text.h"
 #include "keys/lightpreview.h"
+#include "macros/macroinsertsheet.h"
 #include "platform/popupbutton.h"
 #include "platform/sheet.h"
 #include "platform/tableview.h"
 #include "tests/app/hubfixture.h"
 #include "tests/support/testmain.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QHash>
 #include <QLabel>
@@ -338,6 +340,15 @@ void MainWindowTest::mnemonicsDifferInEveryTabAndSheet()
         found += conflicts(textsIn(sheet));
         sheet->endSheet();
     }
+    MacroInsertSheet insertion; // the tab shows it on the window only when it comes up
+    auto *kinds = insertion.findChild<PopUpButton *>(u"mInsertKind"_s);
+    insertion.ask(mHub->window.get(), {}, {0});
+    QVERIFY(QTest::qWaitForWindowExposed(&insertion));
+    for (int kind = 0; kind < kinds->numberOfItems(); ++kind) {
+        kinds->itemAtIndex(kind)->trigger();
+        found += conflicts(textsIn(&insertion));
+    }
+    insertion.endSheet();
     QCOMPARE(found.join(u"; "_s), QString());
 }
 

@@ -6,12 +6,15 @@
 #include "keys/keyboardkeyscontroller.h"
 #include "keys/keybutton.h"
 #include "macros/keyboardmacroscontroller.h"
+#include "macros/macroinsertsheet.h"
 #include "platform/applicationchooser.h"
+#include "platform/popupbutton.h"
 #include "platform/sheet.h"
 #include "tests/app/hubfixture.h"
 #include "tests/support/drawncontrols.h"
 #include "tests/support/testmain.h"
 
+#include <QAction>
 #include <QDir>
 #include <QLabel>
 #include <QPushButton>
@@ -155,6 +158,18 @@ private slots:
             cut += cutTexts(sheet);
             sheet->endSheet();
         }
+        MacroInsertSheet insertion;
+        insertion.showSource({CaptureSource::Kind::realKeyboards, u"Quill Kestra"_s});
+        insertion.ask(hub.window.get(), {}, {0});
+        QVERIFY(QTest::qWaitForWindowExposed(&insertion));
+        auto *kinds = insertion.findChild<PopUpButton *>(u"mInsertKind"_s);
+        for (int kind = 0; kind < kinds->numberOfItems(); ++kind) {
+            kinds->itemAtIndex(kind)->trigger();
+            insertion.showCapturing(kind == 0);
+            QCoreApplication::processEvents();
+            cut += cutTexts(&insertion);
+        }
+        insertion.endSheet();
         ApplicationChooser chooser(ApplicationList::Windows::all, hub.window.get());
         chooser.setApplications({}, {{.windowClass = u"Game.exe"_s}});
         chooser.open();

@@ -292,10 +292,10 @@ void KeyboardMacrosControllerTest::menusOfferTheirCommandsInOrder()
     const QList<Item> ofList{{1, u"Rename"_s},  {2, u"New"_s},     {3, u"Import…"_s},
                              {4, u"Export…"_s}, {5, u"Delete…"_s}, {6, u"Duplicate"_s}};
     const QList<Item> ofEvents{
-        {1, u"Record"_s},      {2, u"Edit…"_s},         {3, u"Delete event"_s}, {4, u"Delete all events"_s},
-        {5, u"Copy delay"_s},  {6, u"No delay"_s},      {20, u"Type Text…"_s},  {21, u"Cut"_s},
-        {22, u"Copy"_s},       {23, u"Paste"_s},        {24, u"Move up"_s},     {25, u"Move down"_s},
-        {26, u"Set pause…"_s}, {27, u"Scale pauses…"_s}};
+        {1, u"Record"_s},     {2, u"Edit…"_s},       {3, u"Delete event"_s},  {4, u"Delete all events"_s},
+        {5, u"Copy delay"_s}, {6, u"No delay"_s},    {28, u"Insert…"_s},      {20, u"Type Text…"_s},
+        {21, u"Cut"_s},       {22, u"Copy"_s},       {23, u"Paste"_s},        {24, u"Move up"_s},
+        {25, u"Move down"_s}, {26, u"Set pause…"_s}, {27, u"Scale pauses…"_s}};
     const std::unique_ptr<QMenu> listMenu(outlet<NSTableViewMacroSubClass>(u"mMacroTableView"_s)->makeContextMenu());
     const std::unique_ptr<QMenu> eventMenu(
         outlet<NSTableViewMacroDetailsSubClass>(u"mMacroDetailsTableView"_s)->makeContextMenu());

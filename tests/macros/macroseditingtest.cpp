@@ -3,6 +3,7 @@
 #include "macros/eventparser.h"
 #include "macros/macroedits.h"
 #include "macros/macrorecord.h"
+#include "macros/macrotimelineview.h"
 #include "macros/nstableviewmacrodetailssubclass.h"
 #include "macros/numberonlytextfield.h"
 #include "platform/pulldownbutton.h"
@@ -15,6 +16,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMimeData>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QTest>
 
@@ -75,6 +77,16 @@ private Q_SLOTS:
     void cancelledPausesStay();
     void sheetForPausesClosesWithItsEvents();
     void editsRowsAbove255();
+    void editsOneRowAbove255_data();
+    void editsOneRowAbove255();
+    void refusedEditAbove255ChangesNothing();
+    void editAbove255ReadsThePresentEventsFirst();
+    void dragMovesRows_data();
+    void dragMovesRows();
+    void dropOfRefusedMoveKeepsTheRows();
+    void dropReadsThePresentEventsFirst();
+    void dragEndsWithItsEvents_data();
+    void dragEndsWithItsEvents();
     void readsThePresentEventsFirst();
     void editsNothingDuringARecording();
 
@@ -90,6 +102,12 @@ private:
     void press(int key, Qt::KeyboardModifiers modifiers = {});
     /// Chooses the command and confirms its sheet with `number`.
     void changePauses(int tag, const QString &number);
+    /// Presses the mouse on a row, and drags it to the upper or lower part of another one.
+    void drag(int row, int targetRow, bool isLowerPart);
+    void drop();
+    [[nodiscard]] MacroTimelineView *timeline() const { return outlet<MacroTimelineView>(u"mMacroTimelineView"_s); }
+
+    QPoint mDragged; ///< the place of the mouse
 };
 
 void MacrosEditingTest::selectMacro(int row)
@@ -189,7 +207,7 @@ void MacrosEditingTest::commandsForOneRowAreOffForSeveral()
     gear->validateItems();
     const std::unique_ptr<QMenu> menu(
         outlet<NSTableViewMacroDetailsSubClass>(u"mMacroDetailsTableView"_s)->makeContextMenu());
-    const QList<int> enabled{1, 3, 4, 6, 20, 21, 22, 24, 25, 26, 27};
+    const QList<int> enabled{1, 3, 4, 6, 28, 20, 21, 22, 24, 25, 26, 27};
     QCOMPARE(enabledTags(gear->menu()->actions()), enabled);
     QCOMPARE(enabledTags(menu->actions()), enabled);
     press(Qt::Key_Return);
@@ -379,6 +397,234 @@ void MacrosEditingTest::editsRowsAbove255()
     press(Qt::Key_Delete);
     QCOMPARE(stored(), before.first(300) + before.sliced(302));
     QCOMPARE(events()->selectedRows(), QList<int>{600});
+}
+
+void MacrosEditingTest::editsOneRowAbove255_data()
+{
+    QTest::addColumn<int>("row");
+    QTest::addColumn<QString>("edit");
+    QTest::addColumn<bool>("isNumbered");
+    for (const char *edit : {"delay", "timeline"}) {
+        QTest::addRow("%s of row 255", edit) << 255 << QString::fromLatin1(edit) << true;
+        QTest::addRow("%s of row 257", edit) << 257 << QString::fromLatin1(edit) << false;
+    }
+    for (const char *edit : {"key", "deletion"}) {
+        QTest::addRow("%s of row 254", edit) << 254 << QString::fromLatin1(edit) << true;
+        QTest::addRow("%s of row 256", edit) << 256 << QString::fromLatin1(edit) << false;
+        QTest::addRow("%s of row 700", edit) << 700 << QString::fromLatin1(edit) << false;
+    }
+}
+
+void MacrosEditingTest::editsOneRowAbove255()
+{
+    QFETCH(int, row);
+    QFETCH(QString, edit);
+    QFETCH(bool, isNumbered);
+    const QVariantList before = taps(200);
+    fillEvents(before);
+    events()->selectRow(row);
+    const int index = (row + 1) / 2;
+    QVariantMap event = before.at(index).toMap();
+    QVariantList expected = before;
+    if (edit == u"key"_s) {
+        choose("mSettingsMacroDetails", MacroCommands::edit);
+        QVERIFY(outlet<Sheet>(u"mEditEventWindow"_s)->isUp());
+        mController->singleKeyEvents({{u"singleKey"_s, 44}, {u"singleKeyModif"_s, 0}});
+        outlet<QPushButton>(u"mMacroEventEditOK"_s)->click();
+        QVERIFY(!outlet<Sheet>(u"mEditEventWindow"_s)->isUp());
+        event[u"argument"_s] = 44;
+    } else if (edit == u"delay"_s) {
+        choose("mSettingsMacroDetails", MacroCommands::edit);
+        QTest::keyClicks(outlet(u"mInputMacroDelay"_s), u"77"_s);
+        outlet<QPushButton>(u"mMacroDelayOK"_s)->click();
+        event[u"delay"_s] = 77;
+    } else if (edit == u"timeline"_s) {
+        timeline()->setFocus();
+        QTest::keyPress(timeline(), Qt::Key_Right, Qt::AltModifier);
+        QTest::keyRelease(timeline(), Qt::Key_Alt);
+        event[u"delay"_s] = event.value(u"delay"_s).toInt() + 10;
+    } else {
+        press(Qt::Key_Delete);
+    }
+    if (edit == u"deletion"_s)
+        expected.removeAt(index);
+    else
+        expected[index] = event;
+    QCOMPARE(replacements().size(), isNumbered ? 0 : 1);
+    const QStringList numbered = mDelegate->calls.filter(u"update "_s) + mDelegate->calls.filter(u"delay "_s)
+                                 + mDelegate->calls.filter(u"removeEvent "_s);
+    QCOMPARE(numbered.size(), isNumbered ? 1 : 0);
+    if (!isNumbered)
+        QCOMPARE(stored(), expected);
+    if (!isNumbered)
+        QCOMPARE(events()->selectedRow(), row);
+    QVERIFY(list()->isEnabled() && events()->isEnabled());
+}
+
+void MacrosEditingTest::refusedEditAbove255ChangesNothing()
+{
+    const QVariantList before = taps(200);
+    fillEvents(before);
+    mDelegate->storesEvents = false;
+    events()->selectRow(600);
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+    outlet<QPushButton>(u"mMacroEventEditOK"_s)->click(); // without a key
+    QCOMPARE(replacements(), QStringList());
+    choose("mSettingsMacroDetails", MacroCommands::edit);
+    mController->singleKeyEvents({{u"singleKey"_s, 44}, {u"singleKeyModif"_s, 0}});
+    outlet<QPushButton>(u"mMacroEventEditOK"_s)->click();
+    QCOMPARE(replacements().size(), 1);
+    QCOMPARE(stored(), before);
+    QCOMPARE(events()->selectedRow(), 600);
+    QVERIFY(!mController->isRecordingOrCapturing());
+}
+
+void MacrosEditingTest::editAbove255ReadsThePresentEventsFirst()
+{
+    for (const bool areOthers : {false, true}) {
+        fillEvents(taps(200));
+        choose("mSettingsMacroDetails", MacroCommands::noDelay); // the lines are now newer than the records
+        const QVariantList present = MacroRecord::settingAllDelays(taps(200), 0);
+        mDelegate->macros[0] = MacroRecord::withEvents(mDelegate->macros.at(0).toMap(), present);
+        if (areOthers)
+            mDelegate->lines = mDelegate->lines.first(701);
+        events()->selectRow(601);
+        choose("mSettingsMacroDetails", MacroCommands::edit);
+        QTest::keyClicks(outlet(u"mInputMacroDelay"_s), u"77"_s);
+        outlet<QPushButton>(u"mMacroDelayOK"_s)->click();
+        QVERIFY(mDelegate->calls.contains(u"reload"_s));
+        // The row was one of other events.
+        QCOMPARE(stored(), areOthers ? present : MacroEdits::settingDelays(present, {301}, 77).value());
+        list()->deselectAll();
+    }
+}
+
+void MacrosEditingTest::drag(int row, int targetRow, bool isLowerPart)
+{
+    const auto rect = [this](int each) { return events()->visualRect(events()->model()->index(each, 0)); };
+    QTRY_VERIFY(events()->viewport()->rect().contains(rect(events()->model()->rowCount() - 1)));
+    const QPoint start = rect(row).center();
+    QTest::mousePress(events()->viewport(), Qt::LeftButton, {}, start);
+    const QRect target = rect(targetRow);
+    mDragged = QPoint(start.x() + 30, isLowerPart ? target.bottom() - 1 : target.top() + 1);
+    QMouseEvent move(QEvent::MouseMove, mDragged, events()->viewport()->mapToGlobal(mDragged), Qt::NoButton,
+                     Qt::LeftButton, {});
+    QCoreApplication::sendEvent(events()->viewport(), &move);
+}
+
+void MacrosEditingTest::drop()
+{
+    QTest::mouseRelease(events()->viewport(), Qt::LeftButton, {}, mDragged);
+}
+
+void MacrosEditingTest::dragMovesRows_data()
+{
+    QTest::addColumn<QList<int>>("rows");
+    QTest::addColumn<int>("row");
+    QTest::addColumn<int>("target");
+    QTest::addColumn<bool>("isLower");
+    QTest::addColumn<QList<int>>("order");
+    QTest::addColumn<QList<int>>("selected");
+    using Rows = QList<int>;
+    QTest::newRow("down") << Rows{} << 2 << 6 << true << Rows{0, 2, 3, 1, 4, 5} << Rows{6};
+    QTest::newRow("up") << Rows{} << 8 << 2 << true << Rows{0, 1, 4, 2, 3, 5} << Rows{4};
+    QTest::newRow("between a delay and its event") << Rows{} << 8 << 2 << false << Rows{0, 4, 1, 2, 3, 5} << Rows{2};
+    QTest::newRow("to the lower part of a delay") << Rows{} << 8 << 1 << true << Rows{0, 4, 1, 2, 3, 5} << Rows{2};
+    QTest::newRow("to the start") << Rows{} << 4 << 0 << false << Rows{2, 0, 1, 3, 4, 5} << Rows{0};
+    QTest::newRow("to the end") << Rows{} << 0 << 10 << true << Rows{1, 2, 3, 4, 5, 0} << Rows{10};
+    QTest::newRow("several") << Rows{2, 8} << 8 << 0 << false << Rows{1, 4, 0, 2, 3, 5} << Rows{0, 1, 2};
+    QTest::newRow("several, around the place")
+        << Rows{2, 8} << 2 << 6 << true << Rows{0, 2, 3, 1, 4, 5} << Rows{5, 6, 7, 8};
+    QTest::newRow("row that is not one of several")
+        << Rows{0, 2} << 8 << 4 << true << Rows{0, 1, 2, 4, 3, 5} << Rows{6};
+    QTest::newRow("to its own place") << Rows{} << 4 << 3 << false << Rows{} << Rows{4};
+}
+
+void MacrosEditingTest::dragMovesRows()
+{
+    QFETCH(QList<int>, rows);
+    QFETCH(int, row);
+    QFETCH(int, target);
+    QFETCH(bool, isLower);
+    QFETCH(QList<int>, order);
+    const QVariantList before = taps(3);
+    mWindow->resize(800, 800); // shows all rows
+    fillEvents(before);
+    if (!rows.isEmpty())
+        events()->selectRows(rows);
+    drag(row, target, isLower);
+    QCOMPARE(mDelegate->calls, QStringList());
+    drop();
+    QCOMPARE(stored(), order.isEmpty() ? before : chosen(before, order));
+    QCOMPARE(replacements().size(), order.isEmpty() ? 0 : 1);
+    QTEST(events()->selectedRows(), "selected");
+}
+
+void MacrosEditingTest::dropOfRefusedMoveKeepsTheRows()
+{
+    const QVariantList before = taps(3);
+    mWindow->resize(800, 800);
+    fillEvents(before);
+    mDelegate->storesEvents = false;
+    drag(2, 6, true);
+    drop();
+    QCOMPARE(replacements().size(), 1);
+    QCOMPARE(stored(), before);
+    QCOMPARE(events()->selectedRows(), QList<int>{2});
+}
+
+void MacrosEditingTest::dropReadsThePresentEventsFirst()
+{
+    mWindow->resize(800, 800);
+    fillEvents(taps(3));
+    choose("mSettingsMacroDetails", MacroCommands::noDelay); // the lines are now newer than the records
+    // The daemon answers with other events: the place of the drop was one between the former ones.
+    mDelegate->macros[0] = MacroRecord::withEvents(mDelegate->macros.at(0).toMap(), taps(2));
+    mDelegate->lines = mDelegate->lines.first(7);
+    drag(2, 6, true);
+    drop();
+    QVERIFY(mDelegate->calls.contains(u"reload"_s));
+    QCOMPARE(replacements(), QStringList());
+}
+
+void MacrosEditingTest::dragEndsWithItsEvents_data()
+{
+    QTest::addColumn<QString>("change");
+    for (const char *change :
+         {"events", "another macro", "no macro", "keyboard", "recording", "Escape", "drop outside"})
+        QTest::newRow(change) << QString::fromLatin1(change);
+}
+
+void MacrosEditingTest::dragEndsWithItsEvents()
+{
+    QFETCH(QString, change);
+    mWindow->resize(800, 800);
+    fillEvents(taps(3));
+    drag(2, 6, true);
+    if (change == u"events"_s) {
+        mDelegate->macros[0] = MacroRecord::withEvents(mDelegate->macros.at(0).toMap(), taps(2));
+        mDelegate->lines = mDelegate->lines.first(7);
+        mDelegate->refresh();
+    } else if (change == u"another macro"_s) {
+        list()->selectRow(1);
+    } else if (change == u"no macro"_s) {
+        mDelegate->macros.removeFirst();
+        mDelegate->refresh();
+    } else if (change == u"keyboard"_s) {
+        mController->setControlsState(false);
+        mController->setControlsState(true);
+    } else if (change == u"recording"_s) {
+        outlet<QPushButton>(u"mAddMacroDetails"_s)->click();
+        outlet<QPushButton>(u"mRecordMacroDetails"_s)->click();
+    } else if (change == u"Escape"_s) {
+        QTest::keyClick(events(), Qt::Key_Escape);
+    } else {
+        mDragged = QPoint(20, -20);
+    }
+    drop();
+    QCOMPARE(replacements(), QStringList());
+    if (change == u"Escape"_s || change == u"drop outside"_s)
+        QCOMPARE(events()->selectedRows(), QList<int>{2});
 }
 
 void MacrosEditingTest::readsThePresentEventsFirst()

@@ -37,8 +37,7 @@ private Q_SLOTS:
     void delaySheetCancelSendsNothing();
     void delaySheetShowsThePresentDelay();
     void eventSheetStoresTheCapturedKey();
-    void eventsBeyondTheLimitOfRequestsAreNotEdited();
-    void eventsOfMacrosBeyondTheLimitOfRequestsAreNotEdited();
+    void editIsOfferedInEveryRow();
     void capturedKeyIsStoredWithinTheLimitOfItsRequests_data();
     void capturedKeyIsStoredWithinTheLimitOfItsRequests();
     void eventSheetWithoutAKeyStoresNothing();
@@ -146,12 +145,12 @@ void MacrosEventsTest::eventMenusEnableCommands_data()
     QTest::addColumn<int>("row");
     QTest::addColumn<QList<int>>("gear");
     QTest::addColumn<QList<int>>("context");
-    QTest::newRow("no lines") << 0 << -1 << QList<int>{1, 20} << QList<int>{1, 20};
-    QTest::newRow("none selected") << 5 << -1 << QList<int>{1, 4, 6, 20} << QList<int>{1, 4, 6, 20};
-    QTest::newRow("event selected") << 5 << 2 << QList<int>{1, 2, 3, 4, 6, 20, 21, 22, 24, 25, 26, 27}
-                                    << QList<int>{1, 3, 4, 6, 20, 21, 22, 24, 25, 26, 27};
-    QTest::newRow("delay selected") << 5 << 3 << QList<int>{1, 2, 3, 4, 5, 6, 20, 21, 22, 24, 25, 26, 27}
-                                    << QList<int>{1, 2, 3, 4, 5, 6, 20, 21, 22, 24, 25, 26, 27};
+    QTest::newRow("no lines") << 0 << -1 << QList<int>{1, 28, 20} << QList<int>{1, 28, 20};
+    QTest::newRow("none selected") << 5 << -1 << QList<int>{1, 4, 6, 28, 20} << QList<int>{1, 4, 6, 28, 20};
+    QTest::newRow("event selected") << 5 << 2 << QList<int>{1, 2, 3, 4, 6, 28, 20, 21, 22, 24, 25, 26, 27}
+                                    << QList<int>{1, 3, 4, 6, 28, 20, 21, 22, 24, 25, 26, 27};
+    QTest::newRow("delay selected") << 5 << 3 << QList<int>{1, 2, 3, 4, 5, 6, 28, 20, 21, 22, 24, 25, 26, 27}
+                                    << QList<int>{1, 2, 3, 4, 5, 6, 28, 20, 21, 22, 24, 25, 26, 27};
 }
 
 void MacrosEventsTest::eventMenusEnableCommands()
@@ -168,7 +167,7 @@ void MacrosEventsTest::eventMenusEnableCommands()
     QCOMPARE(enabledTags(button->menu()->actions()), gear);
     const std::unique_ptr<QMenu> menu(
         outlet<NSTableViewMacroDetailsSubClass>(u"mMacroDetailsTableView"_s)->makeContextMenu());
-    QCOMPARE(menu->actions().size(), 14);
+    QCOMPARE(menu->actions().size(), 15);
     QCOMPARE(menu->actions().at(2)->text(), u"Delete event"_s);
     QCOMPARE(enabledTags(menu->actions()), context);
 }
@@ -267,70 +266,28 @@ void MacrosEventsTest::eventSheetStoresTheCapturedKey()
         QVERIFY2(outlet(name)->isEnabled(), qPrintable(name));
 }
 
-void MacrosEventsTest::eventsBeyondTheLimitOfRequestsAreNotEdited()
+void MacrosEventsTest::editIsOfferedInEveryRow()
 {
     for (int row = 5; row < 300; ++row)
-        mDelegate->lines.append(u"line %1"_s.arg(row));
-    fill({u"A"_s}, 0);
+        mDelegate->lines.append(row % 2 == 1 ? u"0.100 seconds delay\n"_s : u"Key Press A"_s);
+    fill(QStringList(257, u"A"_s), 0);
     auto *button = outlet<PulldownButton>(u"mSettingsMacroDetails"_s);
     const QAction *edit = button->itemWithTag(MacroCommands::edit);
-    events()->selectRow(254);
-    button->validateItems();
-    QVERIFY(edit->isEnabled());
-    QVERIFY(!edit->toolTip().contains(u"256"));
-    QVERIFY(!button->menu()->toolTipsVisible());
-    events()->selectRow(256);
-    button->validateItems();
-    QVERIFY(!edit->isEnabled());
-    QVERIFY(edit->toolTip().contains(u"256"));
-    QVERIFY(button->menu()->toolTipsVisible());
-    events()->scrollRowToVisible(256);
-    events()->setFocus();
-    mDelegate->calls.clear();
-    QTest::keyClick(events(), Qt::Key_Return);
-    QTest::mouseDClick(events()->viewport(), Qt::LeftButton, {},
-                       events()->visualRect(events()->model()->index(256, 0)).center());
-    const auto *sheet = outlet<Sheet>(u"mEditEventWindow"_s);
-    QVERIFY(!sheet || !sheet->isVisible());
-    QCOMPARE(mDelegate->calls, QStringList());
-    // A delay row is identified by a whole number.
-    events()->selectRow(257);
-    button->validateItems();
-    editRow(257);
-    sheet = outlet<Sheet>(u"mEditDelayWindow"_s);
-    QVERIFY(sheet && sheet->isVisible());
-}
-
-void MacrosEventsTest::eventsOfMacrosBeyondTheLimitOfRequestsAreNotEdited()
-{
-    fill(QStringList(257, u"A"_s), 255);
-    auto *button = outlet<PulldownButton>(u"mSettingsMacroDetails"_s);
-    const QAction *edit = button->itemWithTag(MacroCommands::edit);
-    events()->selectRow(0);
-    button->validateItems();
-    QVERIFY(edit->isEnabled());
-    QVERIFY(!button->menu()->toolTipsVisible());
-    list()->selectRow(256);
-    events()->selectRow(0);
-    button->validateItems();
-    QVERIFY(!edit->isEnabled());
-    QVERIFY(edit->toolTip().contains(u"first 256 macros"));
-    QVERIFY(button->menu()->toolTipsVisible());
-    events()->setFocus();
-    mDelegate->calls.clear();
-    QTest::keyClick(events(), Qt::Key_Return);
-    QTest::mouseDClick(events()->viewport(), Qt::LeftButton, {},
-                       events()->visualRect(events()->model()->index(0, 0)).center());
-    QCOMPARE(mDelegate->calls, QStringList());
-    const auto *sheet = outlet<Sheet>(u"mEditEventWindow"_s);
-    QVERIFY(!sheet || !sheet->isVisible());
-    // A delay row and its macro are identified by whole numbers.
-    events()->selectRow(1);
-    button->validateItems();
-    editRow(1);
-    QVERIFY(outlet<Sheet>(u"mEditDelayWindow"_s));
-    outlet<QPushButton>(u"mMacroDelayOK"_s)->click();
-    QCOMPARE(mDelegate->calls.value(0), u"delay 0 1 256"_s);
+    for (const int macro : {0, 256}) {
+        list()->selectRow(macro);
+        for (const int row : {0, 254, 255, 256, 257, 299}) {
+            events()->selectRow(row);
+            button->validateItems();
+            QVERIFY(edit->isEnabled());
+            QVERIFY(!button->menu()->toolTipsVisible());
+            choose("mSettingsMacroDetails", MacroCommands::edit);
+            const bool isDelay = row % 2 == 1;
+            QVERIFY(outlet<Sheet>(isDelay ? u"mEditDelayWindow"_s : u"mEditEventWindow"_s)->isUp());
+            outlet<QPushButton>(isDelay ? u"mMacroDelayCancel"_s : u"mMacroEventEditCancel"_s)->click();
+        }
+    }
+    // The request for an event has one byte for each of its rows.
+    QCOMPARE(mDelegate->calls.filter(u"event "_s), (QStringList{u"event 0 0"_s, u"event 0 254"_s}));
 }
 
 void MacrosEventsTest::capturedKeyIsStoredWithinTheLimitOfItsRequests_data()

@@ -3,10 +3,12 @@
 // to inspect. Checks that nothing is cut off.
 #include "macros/eventparser.h"
 #include "macros/macroedits.h"
+#include "macros/macroinsertion.h"
 #include "macros/macrorecord.h"
 #include "macros/macrotypetext.h"
 #include "macros/nstableviewmacrodetailssubclass.h"
 #include "macros/nstableviewmacrosubclass.h"
+#include "platform/popupbutton.h"
 #include "platform/pulldownbutton.h"
 #include "tests/macros/macrostesting.h"
 #include "tests/support/fulldocument.h"
@@ -15,6 +17,7 @@
 
 #include <QLineEdit>
 #include <QMenu>
+#include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
@@ -41,6 +44,11 @@ enum class Scene {
     trySheet,
     pauseSheet,
     scaleSheet,
+    insertSheet,
+    insertClickSheet,
+    insertCaptureSheet,
+    insertUnpairedSheet,
+    draggedRows,
     typeTextSheet,
     untypedTextSheet,
     deletionAlert,
@@ -74,6 +82,11 @@ constexpr std::array scenes{
     NamedScene{"try-sheet", Scene::trySheet},
     NamedScene{"pause-sheet", Scene::pauseSheet},
     NamedScene{"scale-sheet", Scene::scaleSheet},
+    NamedScene{"insert-sheet", Scene::insertSheet},
+    NamedScene{"insert-click-sheet", Scene::insertClickSheet},
+    NamedScene{"insert-capture-sheet", Scene::insertCaptureSheet},
+    NamedScene{"insert-unpaired-sheet", Scene::insertUnpairedSheet},
+    NamedScene{"dragged-rows", Scene::draggedRows},
     NamedScene{"type-text-sheet", Scene::typeTextSheet},
     NamedScene{"untyped-text-sheet", Scene::untypedTextSheet},
     NamedScene{"deletion-alert", Scene::deletionAlert},
@@ -156,6 +169,7 @@ private Q_SLOTS:
 
 private:
     void show(Scene scene);
+    void showInsertSheet(Scene scene);
     void save(QWidget *sheetOrMenu, const QPoint &position);
     QWidget *upSheet() const;
 };
@@ -230,6 +244,22 @@ void MacrosScreenshotsTest::show(Scene scene)
         choose("mSettingsMacroDetails",
                scene == Scene::pauseSheet ? MacroCommands::setPause : MacroCommands::scalePauses);
         break;
+    case Scene::insertSheet:
+    case Scene::insertClickSheet:
+    case Scene::insertCaptureSheet:
+    case Scene::insertUnpairedSheet: showInsertSheet(scene); break;
+    case Scene::draggedRows: {
+        events()->selectRows({2, 3, 4});
+        const auto drag = [this](QEvent::Type type, int row, Qt::MouseButton button) {
+            const QRect cell = events()->visualRect(events()->model()->index(row, 0));
+            const QPoint place(120, cell.top() + 2);
+            QMouseEvent event(type, place, events()->viewport()->mapToGlobal(place), button, Qt::LeftButton, {});
+            QCoreApplication::sendEvent(events()->viewport(), &event);
+        };
+        drag(QEvent::MouseButtonPress, 2, Qt::LeftButton);
+        drag(QEvent::MouseMove, 7, Qt::NoButton);
+        break;
+    }
     case Scene::typeTextSheet:
     case Scene::untypedTextSheet:
         if (scene == Scene::typeTextSheet) {
@@ -246,6 +276,23 @@ void MacrosScreenshotsTest::show(Scene scene)
     case Scene::importPanel: choose("mSettingsMacro", MacroCommands::importMacro); break;
     case Scene::exportPanel: choose("mSettingsMacro", MacroCommands::exportMacro); break;
     default: break;
+    }
+}
+
+void MacrosScreenshotsTest::showInsertSheet(Scene scene)
+{
+    mDelegate->macros[1] =
+        MacroRecord::withEvents(mDelegate->macros.at(1).toMap(), MacroEdits::tap({.page = 7, .usage = 11}));
+    mDelegate->refresh();
+    events()->selectRow(2);
+    choose("mSettingsMacroDetails", MacroCommands::insertEvents);
+    const auto kind = scene == Scene::insertClickSheet      ? MacroInsertion::Kind::click
+                      : scene == Scene::insertUnpairedSheet ? MacroInsertion::Kind::press
+                                                            : MacroInsertion::Kind::tap;
+    outlet<PopUpButton>(u"mInsertKind"_s)->itemAtIndex(int(kind))->trigger();
+    if (scene == Scene::insertCaptureSheet) {
+        outlet<QPushButton>(u"mInsertPressKey"_s)->click();
+        mController->showCaptureSource({CaptureSource::Kind::realKeyboards, u"Quill Kestra"_s});
     }
 }
 

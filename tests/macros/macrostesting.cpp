@@ -114,7 +114,10 @@ void RecordingDelegate::renameMacroAtIndexWithNewName(int macroIndex, const QStr
 void RecordingDelegate::removeEventAtIndexForMacroAtIndex(int eventIndex, int macroIndex)
 {
     note(u"removeEvent %1 %2"_s.arg(eventIndex).arg(macroIndex));
-    lines = linesAfterRemoval;
+    if (storesRequests)
+        store(macroIndex, MacroRecord::removingEventOfRow(eventsOf(macroIndex), eventIndex));
+    else
+        lines = linesAfterRemoval;
 }
 
 void RecordingDelegate::removeAllEventsForMacroAtIndex(int macroIndex)
@@ -131,6 +134,8 @@ void RecordingDelegate::setAllEventsDelayForMacroAtIndexHasNoDelay(int delay, in
 void RecordingDelegate::setNewDelayAtMacroEventIndexForMacroAtIndex(int delay, int eventIndex, int macroIndex)
 {
     note(u"delay %1 %2 %3"_s.arg(delay).arg(eventIndex).arg(macroIndex));
+    if (storesRequests)
+        store(macroIndex, MacroRecord::settingDelayOfRow(eventsOf(macroIndex), eventIndex, delay));
 }
 
 void RecordingDelegate::updateSequenceInfoEventIndexNewDict(int macroIndex, int eventIndex, const QVariantMap &changed)
@@ -151,12 +156,8 @@ bool RecordingDelegate::replaceEventsOfMacroAtIndex(int macroIndex, const QVaria
     note(u"replace %1: %2 by %3"_s.arg(macroIndex).arg(readEvents.size()).arg(changed.size()));
     const bool isStored = storesEvents && macroIndex >= 0 && macroIndex < macros.size()
                           && MacroRecord::events(macros.at(macroIndex).toMap()) == readEvents;
-    if (isStored) {
-        macros[macroIndex] = MacroRecord::withEvents(macros.at(macroIndex).toMap(), changed);
-        lines.clear();
-        for (const QString &line : eventParser::getMessagesArray(changed))
-            lines += line;
-    }
+    if (isStored)
+        store(macroIndex, changed);
     refresh();
     return isStored;
 }
@@ -195,6 +196,21 @@ void RecordingDelegate::showKeyOfProfile(int keyCode, int profileIndex)
 void RecordingDelegate::stopSingleKeyRecording()
 {
     note(u"stopKey"_s);
+}
+
+QVariantList RecordingDelegate::eventsOf(int macroIndex) const
+{
+    return MacroRecord::events(macros.value(macroIndex).toMap());
+}
+
+void RecordingDelegate::store(int macroIndex, const std::optional<QVariantList> &events)
+{
+    if (!events)
+        return;
+    macros[macroIndex] = MacroRecord::withEvents(macros.at(macroIndex).toMap(), *events);
+    lines.clear();
+    for (const QString &line : eventParser::getMessagesArray(*events))
+        lines += line;
 }
 
 void RecordingDelegate::note(const QString &call)

@@ -57,9 +57,10 @@ public:
     void refresh();
 
     KeyboardMacrosController *controller = nullptr;
-    bool answers = true;       ///< false: a reply never comes
-    bool storesEvents = true;  ///< false: refuses to replace the events of a macro, as it does with other `readEvents`
-    bool refusesToAdd = false; ///< refuses like the daemon when a macro does not fit
+    bool answers = true;      ///< false: a reply never comes
+    bool storesEvents = true; ///< false: refuses to replace the events of a macro, as it does with other `readEvents`
+    bool storesRequests = false; ///< true: also performs the requests for one delay and for the removal of one event
+    bool refusesToAdd = false;   ///< refuses like the daemon when a macro does not fit
     QVariantList macros;
     QVariantMap addedByOthers; ///< another client adds this macro after the next added one
     QVariantList lines = threeEvents();
@@ -72,6 +73,8 @@ public:
 
 private:
     void note(const QString &call);
+    [[nodiscard]] QVariantList eventsOf(int macroIndex) const;
+    void store(int macroIndex, const std::optional<QVariantList> &events);
 };
 
 /// The outlets that are shown only while a macro is selected, the buttons and the tables that are enabled together.

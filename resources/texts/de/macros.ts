@@ -31,8 +31,6 @@
     <message id="lkeyRecord"><source>lkeyRecord</source><translation>Aufnehmen</translation></message>
     <message id="lkeyStop"><source>lkeyStop</source><translation>Stopp</translation></message>
     <message id="lkeyEdit"><source>lkeyEdit</source><translation>Bearbeiten …</translation></message>
-    <message id="lkeyEditTooFarTip"><source>lkeyEditTooFarTip</source><translation>Nur Ereignisse in den ersten 256 Zeilen können bearbeitet werden.</translation></message>
-    <message id="lkeyEditMacroTooFarTip"><source>lkeyEditMacroTooFarTip</source><translation>Nur Ereignisse der ersten 256 Makros können bearbeitet werden.</translation></message>
     <message id="lkeyDeleteEvent"><source>lkeyDeleteEvent</source><translation>Ereignis löschen</translation></message>
     <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>Alle Ereignisse löschen</translation></message>
     <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>Pause für alle übernehmen</translation></message>
@@ -120,5 +118,24 @@
     <message id="lkeyScalePausesHint"><source>lkeyScalePausesHint</source><translation>100 lässt die Pausen vor den ausgewählten Ereignissen (%@) unverändert, 50 halbiert sie.</translation></message>
     <message id="lkeyUnpairedPress"><source>lkeyUnpairedPress</source><translation>Zu diesem Drücken fehlt das Loslassen.</translation></message>
     <message id="lkeyUnpairedRelease"><source>lkeyUnpairedRelease</source><translation>Zu diesem Loslassen fehlt das Drücken.</translation></message>
+    <message id="lkeyInsertEvents"><source>lkeyInsertEvents</source><translation>Ereignis einfügen …</translation></message>
+    <message id="lkeyInsertTitle"><source>lkeyInsertTitle</source><translation>Ereignis einfügen</translation></message>
+    <message id="lkeyInsertKind"><source>lkeyInsertKind</source><translation>Ereignis:</translation></message>
+    <message id="lkeyInsertPress"><source>lkeyInsertPress</source><translation>Taste drücken</translation></message>
+    <message id="lkeyInsertRelease"><source>lkeyInsertRelease</source><translation>Taste loslassen</translation></message>
+    <message id="lkeyInsertTap"><source>lkeyInsertTap</source><translation>Taste drücken und loslassen</translation></message>
+    <message id="lkeyInsertClick"><source>lkeyInsertClick</source><translation>Mausklick</translation></message>
+    <message id="lkeyInsertPause"><source>lkeyInsertPause</source><translation>Pause</translation></message>
+    <message id="lkeyInsertKey"><source>lkeyInsertKey</source><translation>Taste:</translation></message>
+    <message id="lkeyInsertButton"><source>lkeyInsertButton</source><translation>Maustaste:</translation></message>
+    <message id="lkeyInsertPressKey"><source>lkeyInsertPressKey</source><translation>Per Tastendruck wählen</translation></message>
+    <message id="lkeyInsertPauseBefore"><source>lkeyInsertPauseBefore</source><translation>Pause davor in Millisekunden:</translation></message>
+    <message id="lkeyInsertPauseLength"><source>lkeyInsertPauseLength</source><translation>Pause in Millisekunden:</translation></message>
+    <message id="lkeyInsertHold"><source>lkeyInsertHold</source><translation>Gehalten für Millisekunden:</translation></message>
+    <message id="lkeyInsertBefore"><source>lkeyInsertBefore</source><translation>Vor der Auswahl</translation></message>
+    <message id="lkeyInsertAfter"><source>lkeyInsertAfter</source><translation>Nach der Auswahl</translation></message>
+    <message id="lkeyInsertUnpaired"><source>lkeyInsertUnpaired</source><translation>Im Makro steht danach ein Drücken ohne Loslassen oder umgekehrt.</translation></message>
+    <message id="lkeyInsertTooLong"><source>lkeyInsertTooLong</source><translation>Die Pause würde zu lang.</translation></message>
+    <message id="lkeyInsertFull"><source>lkeyInsertFull</source><translation>Ein Makro kann höchstens %@ Ereignisse enthalten.</translation></message>
 </context>
 </TS>

@@ -31,8 +31,6 @@
     <message id="lkeyRecord"><source>lkeyRecord</source><translation>Record</translation></message>
     <message id="lkeyStop"><source>lkeyStop</source><translation>Stop</translation></message>
     <message id="lkeyEdit"><source>lkeyEdit</source><translation>Edit…</translation></message>
-    <message id="lkeyEditTooFarTip"><source>lkeyEditTooFarTip</source><translation>Only events in the first 256 rows can be edited.</translation></message>
-    <message id="lkeyEditMacroTooFarTip"><source>lkeyEditMacroTooFarTip</source><translation>Only events of the first 256 macros can be edited.</translation></message>
     <message id="lkeyDeleteEvent"><source>lkeyDeleteEvent</source><translation>Delete event</translation></message>
     <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>Delete all events</translation></message>
     <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>Copy delay</translation></message>
@@ -120,5 +118,24 @@
     <message id="lkeyScalePausesHint"><source>lkeyScalePausesHint</source><translation>100 leaves the pauses before the selected events (%@) unchanged; 50 halves them.</translation></message>
     <message id="lkeyUnpairedPress"><source>lkeyUnpairedPress</source><translation>This press has no release.</translation></message>
     <message id="lkeyUnpairedRelease"><source>lkeyUnpairedRelease</source><translation>This release has no press.</translation></message>
+    <message id="lkeyInsertEvents"><source>lkeyInsertEvents</source><translation>Insert…</translation></message>
+    <message id="lkeyInsertTitle"><source>lkeyInsertTitle</source><translation>Insert event</translation></message>
+    <message id="lkeyInsertKind"><source>lkeyInsertKind</source><translation>Event:</translation></message>
+    <message id="lkeyInsertPress"><source>lkeyInsertPress</source><translation>Key press</translation></message>
+    <message id="lkeyInsertRelease"><source>lkeyInsertRelease</source><translation>Key release</translation></message>
+    <message id="lkeyInsertTap"><source>lkeyInsertTap</source><translation>Key press and release</translation></message>
+    <message id="lkeyInsertClick"><source>lkeyInsertClick</source><translation>Mouse click</translation></message>
+    <message id="lkeyInsertPause"><source>lkeyInsertPause</source><translation>Pause</translation></message>
+    <message id="lkeyInsertKey"><source>lkeyInsertKey</source><translation>Key:</translation></message>
+    <message id="lkeyInsertButton"><source>lkeyInsertButton</source><translation>Mouse button:</translation></message>
+    <message id="lkeyInsertPressKey"><source>lkeyInsertPressKey</source><translation>Press Key</translation></message>
+    <message id="lkeyInsertPauseBefore"><source>lkeyInsertPauseBefore</source><translation>Pause before it in milliseconds:</translation></message>
+    <message id="lkeyInsertPauseLength"><source>lkeyInsertPauseLength</source><translation>Pause in milliseconds:</translation></message>
+    <message id="lkeyInsertHold"><source>lkeyInsertHold</source><translation>Held down for milliseconds:</translation></message>
+    <message id="lkeyInsertBefore"><source>lkeyInsertBefore</source><translation>Before the selection</translation></message>
+    <message id="lkeyInsertAfter"><source>lkeyInsertAfter</source><translation>After the selection</translation></message>
+    <message id="lkeyInsertUnpaired"><source>lkeyInsertUnpaired</source><translation>The macro will then have a press without its release, or the reverse.</translation></message>
+    <message id="lkeyInsertTooLong"><source>lkeyInsertTooLong</source><translation>The pause would be too long.</translation></message>
+    <message id="lkeyInsertFull"><source>lkeyInsertFull</source><translation>A macro can have at most %@ events.</translation></message>
 </context>
 </TS>

@@ -31,8 +31,6 @@
     <message id="lkeyRecord"><source>lkeyRecord</source><translation>Grabar</translation></message>
     <message id="lkeyStop"><source>lkeyStop</source><translation>Detener</translation></message>
     <message id="lkeyEdit"><source>lkeyEdit</source><translation>Editar…</translation></message>
-    <message id="lkeyEditTooFarTip"><source>lkeyEditTooFarTip</source><translation>Solo se pueden editar los eventos de las primeras 256 filas.</translation></message>
-    <message id="lkeyEditMacroTooFarTip"><source>lkeyEditMacroTooFarTip</source><translation>Solo se pueden editar los eventos de las primeras 256 macros.</translation></message>
     <message id="lkeyDeleteEvent"><source>lkeyDeleteEvent</source><translation>Eliminar evento</translation></message>
     <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>Eliminar todos los eventos</translation></message>
     <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>Aplicar la pausa a todos</translation></message>
@@ -120,5 +118,24 @@
     <message id="lkeyScalePausesHint"><source>lkeyScalePausesHint</source><translation>100 no cambia las pausas previas a los eventos seleccionados (%@); 50 las reduce a la mitad.</translation></message>
     <message id="lkeyUnpairedPress"><source>lkeyUnpairedPress</source><translation>A esta pulsación le falta la liberación.</translation></message>
     <message id="lkeyUnpairedRelease"><source>lkeyUnpairedRelease</source><translation>A esta liberación le falta la pulsación.</translation></message>
+    <message id="lkeyInsertEvents"><source>lkeyInsertEvents</source><translation>Insertar…</translation></message>
+    <message id="lkeyInsertTitle"><source>lkeyInsertTitle</source><translation>Insertar evento</translation></message>
+    <message id="lkeyInsertKind"><source>lkeyInsertKind</source><translation>Evento:</translation></message>
+    <message id="lkeyInsertPress"><source>lkeyInsertPress</source><translation>Pulsación de tecla</translation></message>
+    <message id="lkeyInsertRelease"><source>lkeyInsertRelease</source><translation>Liberación de tecla</translation></message>
+    <message id="lkeyInsertTap"><source>lkeyInsertTap</source><translation>Pulsación y liberación</translation></message>
+    <message id="lkeyInsertClick"><source>lkeyInsertClick</source><translation>Clic del ratón</translation></message>
+    <message id="lkeyInsertPause"><source>lkeyInsertPause</source><translation>Pausa</translation></message>
+    <message id="lkeyInsertKey"><source>lkeyInsertKey</source><translation>Tecla:</translation></message>
+    <message id="lkeyInsertButton"><source>lkeyInsertButton</source><translation>Botón del ratón:</translation></message>
+    <message id="lkeyInsertPressKey"><source>lkeyInsertPressKey</source><translation>Pulsar la tecla</translation></message>
+    <message id="lkeyInsertPauseBefore"><source>lkeyInsertPauseBefore</source><translation>Pausa anterior en milisegundos:</translation></message>
+    <message id="lkeyInsertPauseLength"><source>lkeyInsertPauseLength</source><translation>Pausa en milisegundos:</translation></message>
+    <message id="lkeyInsertHold"><source>lkeyInsertHold</source><translation>Duración de la pulsación en milisegundos:</translation></message>
+    <message id="lkeyInsertBefore"><source>lkeyInsertBefore</source><translation>Antes de la selección</translation></message>
+    <message id="lkeyInsertAfter"><source>lkeyInsertAfter</source><translation>Después de la selección</translation></message>
+    <message id="lkeyInsertUnpaired"><source>lkeyInsertUnpaired</source><translation>La macro tendrá entonces una pulsación sin su liberación, o al revés.</translation></message>
+    <message id="lkeyInsertTooLong"><source>lkeyInsertTooLong</source><translation>La pausa sería demasiado larga.</translation></message>
+    <message id="lkeyInsertFull"><source>lkeyInsertFull</source><translation>Una macro puede tener como máximo %@ eventos.</translation></message>
 </context>
 </TS>

@@ -31,8 +31,6 @@
     <message id="lkeyRecord"><source>lkeyRecord</source><translation>Enregistrer</translation></message>
     <message id="lkeyStop"><source>lkeyStop</source><translation>Arrêter</translation></message>
     <message id="lkeyEdit"><source>lkeyEdit</source><translation>Modifier…</translation></message>
-    <message id="lkeyEditTooFarTip"><source>lkeyEditTooFarTip</source><translation>Seuls les événements des 256 premières lignes sont modifiables.</translation></message>
-    <message id="lkeyEditMacroTooFarTip"><source>lkeyEditMacroTooFarTip</source><translation>Seuls les événements des 256 premières macros sont modifiables.</translation></message>
     <message id="lkeyDeleteEvent"><source>lkeyDeleteEvent</source><translation>Supprimer l’événement</translation></message>
     <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>Supprimer tous les événements</translation></message>
     <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>Appliquer le délai à tous</translation></message>
@@ -120,5 +118,24 @@
     <message id="lkeyScalePausesHint"><source>lkeyScalePausesHint</source><translation>100 ne change pas les délais précédant les événements sélectionnés (%@) ; 50 les réduit de moitié.</translation></message>
     <message id="lkeyUnpairedPress"><source>lkeyUnpairedPress</source><translation>Il manque le relâchement de cet appui.</translation></message>
     <message id="lkeyUnpairedRelease"><source>lkeyUnpairedRelease</source><translation>Il manque l’appui avant ce relâchement.</translation></message>
+    <message id="lkeyInsertEvents"><source>lkeyInsertEvents</source><translation>Insérer…</translation></message>
+    <message id="lkeyInsertTitle"><source>lkeyInsertTitle</source><translation>Insérer un événement</translation></message>
+    <message id="lkeyInsertKind"><source>lkeyInsertKind</source><translation>Événement :</translation></message>
+    <message id="lkeyInsertPress"><source>lkeyInsertPress</source><translation>Appui sur une touche</translation></message>
+    <message id="lkeyInsertRelease"><source>lkeyInsertRelease</source><translation>Relâchement d’une touche</translation></message>
+    <message id="lkeyInsertTap"><source>lkeyInsertTap</source><translation>Appui et relâchement</translation></message>
+    <message id="lkeyInsertClick"><source>lkeyInsertClick</source><translation>Clic de souris</translation></message>
+    <message id="lkeyInsertPause"><source>lkeyInsertPause</source><translation>Délai</translation></message>
+    <message id="lkeyInsertKey"><source>lkeyInsertKey</source><translation>Touche :</translation></message>
+    <message id="lkeyInsertButton"><source>lkeyInsertButton</source><translation>Bouton de la souris :</translation></message>
+    <message id="lkeyInsertPressKey"><source>lkeyInsertPressKey</source><translation>Appuyer sur la touche</translation></message>
+    <message id="lkeyInsertPauseBefore"><source>lkeyInsertPauseBefore</source><translation>Délai avant, en millisecondes :</translation></message>
+    <message id="lkeyInsertPauseLength"><source>lkeyInsertPauseLength</source><translation>Délai en millisecondes :</translation></message>
+    <message id="lkeyInsertHold"><source>lkeyInsertHold</source><translation>Durée de l’appui en millisecondes :</translation></message>
+    <message id="lkeyInsertBefore"><source>lkeyInsertBefore</source><translation>Avant la sélection</translation></message>
+    <message id="lkeyInsertAfter"><source>lkeyInsertAfter</source><translation>Après la sélection</translation></message>
+    <message id="lkeyInsertUnpaired"><source>lkeyInsertUnpaired</source><translation>La macro aura alors un appui sans relâchement, ou l’inverse.</translation></message>
+    <message id="lkeyInsertTooLong"><source>lkeyInsertTooLong</source><translation>Le délai serait trop long.</translation></message>
+    <message id="lkeyInsertFull"><source>lkeyInsertFull</source><translation>Une macro peut contenir au maximum %@ événements.</translation></message>
 </context>
 </TS>

@@ -31,8 +31,6 @@
     <message id="lkeyRecord"><source>lkeyRecord</source><translation>記録</translation></message>
     <message id="lkeyStop"><source>lkeyStop</source><translation>停止</translation></message>
     <message id="lkeyEdit"><source>lkeyEdit</source><translation>編集…</translation></message>
-    <message id="lkeyEditTooFarTip"><source>lkeyEditTooFarTip</source><translation>編集できるのは、最初の 256 行にあるイベントだけです。</translation></message>
-    <message id="lkeyEditMacroTooFarTip"><source>lkeyEditMacroTooFarTip</source><translation>編集できるのは、最初の 256 個のマクロのイベントだけです。</translation></message>
     <message id="lkeyDeleteEvent"><source>lkeyDeleteEvent</source><translation>イベントを削除</translation></message>
     <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>すべてのイベントを削除</translation></message>
     <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>待ち時間をすべてに適用</translation></message>
@@ -120,5 +118,24 @@
     <message id="lkeyScalePausesHint"><source>lkeyScalePausesHint</source><translation>選択したイベント（%@ 件）の前の待ち時間は、100 で変わらず、50 で半分になります。</translation></message>
     <message id="lkeyUnpairedPress"><source>lkeyUnpairedPress</source><translation>この押す操作に対応する、離すイベントがありません。</translation></message>
     <message id="lkeyUnpairedRelease"><source>lkeyUnpairedRelease</source><translation>この離す操作に対応する、押すイベントがありません。</translation></message>
+    <message id="lkeyInsertEvents"><source>lkeyInsertEvents</source><translation>挿入…</translation></message>
+    <message id="lkeyInsertTitle"><source>lkeyInsertTitle</source><translation>イベントの挿入</translation></message>
+    <message id="lkeyInsertKind"><source>lkeyInsertKind</source><translation>イベント:</translation></message>
+    <message id="lkeyInsertPress"><source>lkeyInsertPress</source><translation>キーを押す</translation></message>
+    <message id="lkeyInsertRelease"><source>lkeyInsertRelease</source><translation>キーを離す</translation></message>
+    <message id="lkeyInsertTap"><source>lkeyInsertTap</source><translation>キーを押して離す</translation></message>
+    <message id="lkeyInsertClick"><source>lkeyInsertClick</source><translation>マウスのクリック</translation></message>
+    <message id="lkeyInsertPause"><source>lkeyInsertPause</source><translation>待ち時間</translation></message>
+    <message id="lkeyInsertKey"><source>lkeyInsertKey</source><translation>キー:</translation></message>
+    <message id="lkeyInsertButton"><source>lkeyInsertButton</source><translation>マウスボタン:</translation></message>
+    <message id="lkeyInsertPressKey"><source>lkeyInsertPressKey</source><translation>キーを押して選択</translation></message>
+    <message id="lkeyInsertPauseBefore"><source>lkeyInsertPauseBefore</source><translation>直前の待ち時間（ミリ秒）:</translation></message>
+    <message id="lkeyInsertPauseLength"><source>lkeyInsertPauseLength</source><translation>待ち時間（ミリ秒）:</translation></message>
+    <message id="lkeyInsertHold"><source>lkeyInsertHold</source><translation>押し続ける時間（ミリ秒）:</translation></message>
+    <message id="lkeyInsertBefore"><source>lkeyInsertBefore</source><translation>選択した行の前</translation></message>
+    <message id="lkeyInsertAfter"><source>lkeyInsertAfter</source><translation>選択した行の後</translation></message>
+    <message id="lkeyInsertUnpaired"><source>lkeyInsertUnpaired</source><translation>挿入すると、押す操作と離す操作の対応が崩れます。</translation></message>
+    <message id="lkeyInsertTooLong"><source>lkeyInsertTooLong</source><translation>待ち時間が長くなりすぎます。</translation></message>
+    <message id="lkeyInsertFull"><source>lkeyInsertFull</source><translation>1 つのマクロのイベントは %@ 件までです。</translation></message>
 </context>
 </TS>

@@ -31,8 +31,6 @@
     <message id="lkeyRecord"><source>lkeyRecord</source><translation>录制</translation></message>
     <message id="lkeyStop"><source>lkeyStop</source><translation>停止</translation></message>
     <message id="lkeyEdit"><source>lkeyEdit</source><translation>编辑…</translation></message>
-    <message id="lkeyEditTooFarTip"><source>lkeyEditTooFarTip</source><translation>只能编辑前 256 行中的事件。</translation></message>
-    <message id="lkeyEditMacroTooFarTip"><source>lkeyEditMacroTooFarTip</source><translation>只能编辑前 256 个宏中的事件。</translation></message>
     <message id="lkeyDeleteEvent"><source>lkeyDeleteEvent</source><translation>删除事件</translation></message>
     <message id="lkeyDeleteAllEvents"><source>lkeyDeleteAllEvents</source><translation>删除所有事件</translation></message>
     <message id="lkeyCopyDelay"><source>lkeyCopyDelay</source><translation>将延迟应用于全部</translation></message>
@@ -120,5 +118,24 @@
     <message id="lkeyScalePausesHint"><source>lkeyScalePausesHint</source><translation>100 表示所选事件（%@ 个）之前的延迟不变，50 表示减半。</translation></message>
     <message id="lkeyUnpairedPress"><source>lkeyUnpairedPress</source><translation>此按下事件没有对应的松开事件。</translation></message>
     <message id="lkeyUnpairedRelease"><source>lkeyUnpairedRelease</source><translation>此松开事件没有对应的按下事件。</translation></message>
+    <message id="lkeyInsertEvents"><source>lkeyInsertEvents</source><translation>插入…</translation></message>
+    <message id="lkeyInsertTitle"><source>lkeyInsertTitle</source><translation>插入事件</translation></message>
+    <message id="lkeyInsertKind"><source>lkeyInsertKind</source><translation>事件：</translation></message>
+    <message id="lkeyInsertPress"><source>lkeyInsertPress</source><translation>按下键</translation></message>
+    <message id="lkeyInsertRelease"><source>lkeyInsertRelease</source><translation>松开键</translation></message>
+    <message id="lkeyInsertTap"><source>lkeyInsertTap</source><translation>按下并松开键</translation></message>
+    <message id="lkeyInsertClick"><source>lkeyInsertClick</source><translation>鼠标点击</translation></message>
+    <message id="lkeyInsertPause"><source>lkeyInsertPause</source><translation>延迟</translation></message>
+    <message id="lkeyInsertKey"><source>lkeyInsertKey</source><translation>键：</translation></message>
+    <message id="lkeyInsertButton"><source>lkeyInsertButton</source><translation>鼠标按钮：</translation></message>
+    <message id="lkeyInsertPressKey"><source>lkeyInsertPressKey</source><translation>按键选择</translation></message>
+    <message id="lkeyInsertPauseBefore"><source>lkeyInsertPauseBefore</source><translation>之前的延迟（毫秒）：</translation></message>
+    <message id="lkeyInsertPauseLength"><source>lkeyInsertPauseLength</source><translation>延迟（毫秒）：</translation></message>
+    <message id="lkeyInsertHold"><source>lkeyInsertHold</source><translation>按住时间（毫秒）：</translation></message>
+    <message id="lkeyInsertBefore"><source>lkeyInsertBefore</source><translation>所选行之前</translation></message>
+    <message id="lkeyInsertAfter"><source>lkeyInsertAfter</source><translation>所选行之后</translation></message>
+    <message id="lkeyInsertUnpaired"><source>lkeyInsertUnpaired</source><translation>插入后，宏中会有按下事件缺少松开事件，或反之。</translation></message>
+    <message id="lkeyInsertTooLong"><source>lkeyInsertTooLong</source><translation>延迟会过长。</translation></message>
+    <message id="lkeyInsertFull"><source>lkeyInsertFull</source><translation>一个宏最多可有 %@ 个事件。</translation></message>
 </context>
 </TS>
