@@ -1,12 +1,18 @@
 // SPDX-License-Identifier: MIT
 // Editing several events of the selected macro at once, each time as one change.
+#include "macros/eventline.h"
 #include "macros/eventparser.h"
+#include "macros/eventsclip.h"
 #include "macros/macroedits.h"
+#include "macros/macroinsertsheet.h"
+#include "macros/macropairs.h"
 #include "macros/macrorecord.h"
 #include "macros/macrotimelineview.h"
 #include "macros/nstableviewmacrodetailssubclass.h"
 #include "macros/numberonlytextfield.h"
+#include "platform/popupbutton.h"
 #include "platform/pulldownbutton.h"
+#include "platform/radiogroup.h"
 #include "tests/macros/macrostesting.h"
 #include "tests/support/testmain.h"
 
@@ -18,7 +24,11 @@
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QRandomGenerator>
 #include <QTest>
+
+#include <numeric>
+#include <tuple>
 
 using namespace MacrosTesting;
 
@@ -87,6 +97,7 @@ private Q_SLOTS:
     void dropReadsThePresentEventsFirst();
     void dragEndsWithItsEvents_data();
     void dragEndsWithItsEvents();
+    void anyEditsKeepPairsAndViews();
     void readsThePresentEventsFirst();
     void editsNothingDuringARecording();
 
@@ -105,6 +116,9 @@ private:
     /// Presses the mouse on a row, and drags it to the upper or lower part of another one.
     void drag(int row, int targetRow, bool isLowerPart);
     void drop();
+    /// One edit, chosen at random. Returns the indexes of the events that it was about: whole pairs.
+    QList<int> editAtRandom(QRandomGenerator &random);
+    void compareViews() const;
     [[nodiscard]] MacroTimelineView *timeline() const { return outlet<MacroTimelineView>(u"mMacroTimelineView"_s); }
 
     QPoint mDragged; ///< the place of the mouse
@@ -625,6 +639,185 @@ void MacrosEditingTest::dragEndsWithItsEvents()
     QCOMPARE(replacements(), QStringList());
     if (change == u"Escape"_s || change == u"drop outside"_s)
         QCOMPARE(events()->selectedRows(), QList<int>{2});
+}
+
+// Random edits
+
+namespace {
+
+/// Identifies an event of a key or button while each key is pressed and released only once.
+using Identity = std::tuple<int, uint, int>; // page, argument, command
+
+QList<Identity> identities(const QVariantList &events)
+{
+    QList<Identity> result;
+    for (const QVariant &event : events) {
+        const MacroRecord::Event fields = MacroRecord::eventFields(event.toMap());
+        if (fields.page != 0)
+            result += Identity(fields.page, fields.argument, fields.command);
+    }
+    return result;
+}
+
+HidUsage freeKey(QRandomGenerator &random, const QVariantList &events)
+{
+    const QList<Identity> present = identities(events);
+    const auto isTaken = [&present](int code) {
+        // Without a name of its own, the timeline can take a key for another one.
+        const QString name = eventParser::getStringWithHIDWithModifier(code, 0);
+        if (name.isEmpty() || name == u"Delete"_s)
+            return true;
+        return std::ranges::any_of(present, [code](const Identity &each) { return std::get<1>(each) == uint(code); });
+    };
+    int code = random.bounded(4, 232);
+    while (isTaken(code))
+        code = code == 231 ? 4 : code + 1;
+    return {.page = MacroRecord::keyboardPage, .usage = quint16(code)};
+}
+
+qint64 total(const QVariantList &events)
+{
+    const QList<int> all = delays(events);
+    return std::accumulate(all.begin(), all.end(), qint64(0));
+}
+
+} // namespace
+
+/// The list and the timeline show the stored events, with the same times and marks.
+void MacrosEditingTest::compareViews() const
+{
+    const QVariantList kept = stored();
+    const QStringList lines = eventParser::getMessagesArray(kept);
+    QCOMPARE(mController->macroDetailsArray(), lines);
+    QCOMPARE(events()->model()->rowCount(), lines.size());
+    const MacroTimeline &shown = timeline()->timeline();
+    if (lines.isEmpty())
+        return; // the timeline is hidden
+    QVERIFY(shown.eventCount() <= kept.size());
+    const QList<int> eventsOfRows = MacroRecord::eventsOfRows(kept);
+    const MacroPairs pairs = MacroPairs::of(kept);
+    const qint64 unseen = MacroRecord::eventFields(kept.first().toMap()).delayMs; // it has no row
+    for (int row = 0; row < lines.size(); ++row) {
+        const int index = eventsOfRows.at(row);
+        const int event = shown.eventOfRow(row);
+        QCOMPARE(shown.timesMs.at(event), total(kept.first(index + 1)) - unseen);
+        const bool isUnpaired = pairs.unpaired.contains(index) && !delayMsOfLine(lines.at(row));
+        QCOMPARE(shown.unpairedRows().contains(row), isUnpaired);
+        QCOMPARE(!mController->tableViewRemarkForTableColumnRow(events(), {}, row).isEmpty(), isUnpaired);
+    }
+    QCOMPARE(timeline()->selectedRow(), events()->selectedRow());
+}
+
+QList<int> MacrosEditingTest::editAtRandom(QRandomGenerator &random)
+{
+    const QVariantList before = stored();
+    const MacroPairs pairs = MacroPairs::of(before);
+    QList<int> indexes;
+    for (int index = 0; index < before.size(); ++index) {
+        if (random.bounded(6) == 0)
+            indexes += index;
+    }
+    indexes = pairs.withPartners(indexes);
+    const QList<int> eventsOfRows = MacroRecord::eventsOfRows(before);
+    QList<int> rows;
+    for (int row = 0; row < eventsOfRows.size(); ++row) {
+        if (indexes.contains(eventsOfRows.at(row)))
+            rows += row;
+    }
+    events()->selectRows(rows);
+    const int number = random.bounded(200);
+    const auto command = [this](int tag) { choose("mSettingsMacroDetails", tag); };
+    switch (random.bounded(9)) {
+    case 0: command(MacroCommands::deleteEvent); break;
+    case 1: // within the macro, to another place
+        if (rows.isEmpty())
+            break;
+        command(MacroCommands::cutEvents);
+        events()->selectRow(random.bounded(int(mController->macroDetailsArray().size()) + 1));
+        command(MacroCommands::pasteEvents);
+        break;
+    case 2: // from another macro
+        QGuiApplication::clipboard()->setMimeData(
+            EventsClip::toMimeData(MacroEdits::tap(freeKey(random, before), number, 5)));
+        command(MacroCommands::pasteEvents);
+        break;
+    case 3: command(random.bounded(2) == 0 ? MacroCommands::moveUp : MacroCommands::moveDown); break;
+    case 4: { // the place of the mouse, as the table reports it
+        const int place = random.bounded(int(eventsOfRows.size()) + 1);
+        mController->tableViewMoveSelectedRows(events(), mController->tableViewPlaceOfDrop(events(), place));
+        break;
+    }
+    case 5:
+        if (!rows.isEmpty())
+            changePauses(random.bounded(2) == 0 ? MacroCommands::setPause : MacroCommands::scalePauses,
+                         QString::number(number));
+        break;
+    case 6: { // the edge of a bar
+        if (eventsOfRows.isEmpty())
+            break;
+        events()->selectRow(random.bounded(int(eventsOfRows.size())));
+        const int row =
+            timeline()->timeline().rows.at(timeline()->timeline().eventOfRow(events()->selectedRow())).delay;
+        if (row >= 0)
+            Q_EMIT timeline()->pauseChosen(row, number);
+        break;
+    }
+    default: {
+        command(MacroCommands::insertEvents);
+        auto *sheet = outlet<MacroInsertSheet>(u"mInsertWindow"_s);
+        const int kind = random.bounded(5);
+        outlet<PopUpButton>(u"mInsertKind"_s)->itemAtIndex(kind)->trigger();
+        if (kind == int(MacroInsertion::Kind::click))
+            outlet<PopUpButton>(u"mInsertKind"_s)->itemAtIndex(int(MacroInsertion::Kind::tap))->trigger();
+        sheet->chooseKey(freeKey(random, before).usage);
+        outlet<RadioGroup>(u"mInsertPlace"_s)->selectRow(random.bounded(2));
+        outlet<QPushButton>(u"mInsertOK"_s)->click();
+        break;
+    }
+    }
+    return indexes;
+}
+
+/// Edits of whole pairs, insertions of new keys and changes of pauses. Each press keeps its release, and no event that
+/// the edit is not about gets another place among the others.
+void MacrosEditingTest::anyEditsKeepPairsAndViews()
+{
+    QRandomGenerator random(20'261'122);
+    mDelegate->storesRequests = true;
+    for (int round = 0; round < 6; ++round) {
+        fillEvents(taps(random.bounded(8)));
+        for (int step = 0; step < 40; ++step) {
+            const QVariantList beforeAll = stored();
+            const QList<Identity> before = identities(beforeAll);
+            const QList<int> indexes = editAtRandom(random);
+            const QByteArray place = QByteArray::number(round) + ", " + QByteArray::number(step);
+            QVERIFY2(!QTest::currentTestFailed(), place.constData());
+            const QVariantList events = stored();
+            const QList<Identity> after = identities(events);
+            const QList<Identity> others = identities(MacroEdits::removing(beforeAll, indexes).value());
+            QList<Identity> othersAfter = after;
+            othersAfter.removeIf([&others](const Identity &each) { return !others.contains(each); });
+            QVERIFY2(othersAfter == others, place.constData());
+            const MacroPairs pairs = MacroPairs::of(events);
+            for (int index = 0; index < events.size(); ++index) {
+                const MacroRecord::Event event = MacroRecord::eventFields(events.at(index).toMap());
+                if (event.page == 0)
+                    continue;
+                const bool hasBoth = after.contains(Identity(event.page, event.argument, 1 - event.command));
+                const int partner = pairs.partners.at(index);
+                QVERIFY2((partner != MacroPairs::none) == hasBoth, place.constData());
+                QVERIFY2(!hasBoth || MacroRecord::eventFields(events.at(partner).toMap()).argument == event.argument,
+                         place.constData());
+                // A press or release alone was so before, or is new.
+                const Identity identity(event.page, event.argument, event.command);
+                const Identity counterpart(event.page, event.argument, 1 - event.command);
+                QVERIFY2(hasBoth || !before.contains(identity) || !before.contains(counterpart), place.constData());
+            }
+            compareViews();
+            QVERIFY2(!QTest::currentTestFailed(), place.constData());
+        }
+        list()->deselectAll();
+    }
 }
 
 void MacrosEditingTest::readsThePresentEventsFirst()
