@@ -93,6 +93,7 @@ private Q_SLOTS:
     void editAbove255ReadsThePresentEventsFirst();
     void dragMovesRows_data();
     void dragMovesRows();
+    void noPlaceIsBetweenADelayAndItsEvent();
     void dropOfRefusedMoveKeepsTheRows();
     void dropReadsThePresentEventsFirst();
     void dragEndsWithItsEvents_data();
@@ -446,6 +447,7 @@ void MacrosEditingTest::editsOneRowAbove255()
         mController->singleKeyEvents({{u"singleKey"_s, 44}, {u"singleKeyModif"_s, 0}});
         outlet<QPushButton>(u"mMacroEventEditOK"_s)->click();
         QVERIFY(!outlet<Sheet>(u"mEditEventWindow"_s)->isUp());
+        QCOMPARE(mDelegate->calls.filter(u"stopKey"_s).size(), 1); // the new events must not also cancel the sheet
         event[u"argument"_s] = 44;
     } else if (edit == u"delay"_s) {
         choose("mSettingsMacroDetails", MacroCommands::edit);
@@ -572,6 +574,16 @@ void MacrosEditingTest::dragMovesRows()
     QCOMPARE(stored(), order.isEmpty() ? before : chosen(before, order));
     QCOMPARE(replacements().size(), order.isEmpty() ? 0 : 1);
     QTEST(events()->selectedRows(), "selected");
+}
+
+void MacrosEditingTest::noPlaceIsBetweenADelayAndItsEvent()
+{
+    fillEvents(taps(1) + QVariantList{MacroEdits::pause(50)} + taps(1));
+    // Press, delay, release, the pause alone, delay, press, delay, release
+    QList<int> places;
+    for (int place = 0; place <= 8; ++place)
+        places += mController->tableViewPlaceOfDrop(events(), place);
+    QCOMPARE(places, (QList<int>{0, 1, 1, 3, 4, 4, 6, 6, 8}));
 }
 
 void MacrosEditingTest::dropOfRefusedMoveKeepsTheRows()
