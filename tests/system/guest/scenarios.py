@@ -23,7 +23,7 @@ AGENT = "kestra-agent.service"
 AGENT_REPORT = Path("/tmp/kestra-agent")
 CANCELLED = 126  # pkexec's exit code when the user cancels
 SLEEP_HOOK = Path("/usr/lib/systemd/system-sleep/kestra-alarm")
-SLEEP_SECONDS = 10
+SLEEP_SECONDS = 20  # by the clock of the host, on which the machine may be slow to fall asleep
 
 SCENARIOS = []
 user = User("user")
