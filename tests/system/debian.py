@@ -17,6 +17,8 @@ LOWER_VERSION = "0.9"
 # The packages that ours only recommend, and those that a machine with a seat has.
 SEAT = ("acl", "dbus", "dbus-user-session", "kmod", "libpam-systemd", "pkexec", "polkitd", "python3", "python3-gi",
         "rtkit", "systemd", "systemd-sysv", "udev")
+# What a file manager asks about files.
+FILE_MANAGER = ("desktop-file-utils", "libglib2.0-bin", "shared-mime-info")
 
 # Two desktops, a notification service for the one that has none, and tools of the scenarios.
 DESKTOPS = ("at-spi2-core", "dbus", "gjs", "gnome-shell", "kwin-wayland", "libgl1-mesa-dri", "libglib2.0-dev-bin",
@@ -84,7 +86,7 @@ def made_debian(name, suffix, packages, *options):
 
 def system_archive(folder):
     """A Debian with the dependencies of the packages in this folder and with a seat, without them, as an archive."""
-    return made_debian("debian", ".tar", dependencies(folder) | set(SEAT))
+    return made_debian("debian", ".tar", dependencies(folder).union(SEAT, FILE_MANAGER))
 
 
 def desktops_folder(folder):

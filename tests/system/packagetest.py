@@ -5,6 +5,7 @@ Usage: packagetest.py PACKAGES_FOLDER    the folder in which tools/package has b
 
 import json
 import os
+import re
 import shutil
 import sys
 import tempfile
@@ -80,6 +81,16 @@ class Packages(unittest.TestCase):
     def version(self):
         return self.in_system("dpkg-query", "-W", "-f", "${Version} ", "quill-kestra", "quill-kestra-daemon").split()
 
+    def check_files_open(self, *handlers):
+        """File managers know the types of the files, and these programs for them."""
+        for name, kind in (("Game.KestraProfile", "profile"), ("Burst.KestraMacro", "macro")):
+            self.write(f"tmp/{name}", "bplist00")
+            shown = self.in_system("gio", "info", "-a", "standard::content-type,standard::icon", f"/tmp/{name}")
+            known = f"application/x-quill-kestra-{kind}" in shown
+            self.assertEqual(known, bool(handlers), shown)
+            opened = self.in_system("gio", "mime", f"application/x-quill-kestra-{kind}")
+            self.assertEqual(re.findall(r"^\t(.*)$", opened, re.MULTILINE), [*handlers, *handlers], opened)
+
     def test_from_installation_to_purge(self):
         self.in_system("dpkg", "-i", "/tmp/quill-kestra-lower.deb", "/tmp/quill-kestra-daemon-lower.deb")
         self.assertEqual(self.version(), [LOWER_VERSION, LOWER_VERSION])
@@ -90,6 +101,7 @@ class Packages(unittest.TestCase):
 
         self.in_system("dpkg", "-i", "/tmp/quill-kestra.deb", "/tmp/quill-kestra-daemon.deb")
         self.assertNotIn(LOWER_VERSION, self.version())
+        self.check_files_open("org.quillkestra.Configurator.desktop")
         for package, files in EXPECTED_FILES.items():
             with self.subTest(package):
                 self.assertEqual([name for name in files.split() if not (self.root / name).is_file()], [])
@@ -105,6 +117,7 @@ class Packages(unittest.TestCase):
 
         self.in_system("dpkg", "-r", "quill-kestra", "quill-kestra-daemon")
         self.assertFalse((self.root / "usr/bin/QuillKestraDaemon").exists())
+        self.check_files_open()
         self.assertTrue((self.root / RULES / RULE_OF_HELPER).exists())
 
         self.in_system("dpkg", "-P", "quill-kestra", "quill-kestra-daemon")
