@@ -29,6 +29,11 @@ History::Found<quint32> HistoryCommands::redo(quint32 id, const QString &author)
     return store(mHistory.redoTarget(mSettings.kept(), id), author);
 }
 
+History::Found<quint32> HistoryCommands::join(quint32 first, const QString &author)
+{
+    return mHistory.joinSince(mSettings.kept(), first, author);
+}
+
 History::Found<History::Target> HistoryCommands::restore(quint32 id, quint32 newest, const QString &author)
 {
     if (newest != 0 && newest != mHistory.lastId())

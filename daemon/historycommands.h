@@ -7,7 +7,8 @@
 class CurrentSettings;
 class ProfileSwitch;
 
-/// Each call is one more entry of the history. Clients are notified as of a change that the daemon itself has made.
+/// Each call is one more entry of the history, except join(), which makes fewer. Clients are notified as of a change
+/// that the daemon itself has made.
 class HistoryCommands : public HistoryCalls
 {
 public:
@@ -16,6 +17,7 @@ public:
 
     History::Found<quint32> undo(quint32 id, const QString &author) override;
     History::Found<quint32> redo(quint32 id, const QString &author) override;
+    History::Found<quint32> join(quint32 first, const QString &author) override;
     History::Found<History::Target> restore(quint32 id, quint32 newest, const QString &author) override;
     [[nodiscard]] History::Found<History::Target> preview(quint32 id) const override;
     [[nodiscard]] History::Found<ChangeParts> partsOf(quint32 id) const override;

@@ -245,12 +245,47 @@ void History::join(HistoryEntry &entry, const QVariantMap &before, const StoredC
     }
 }
 
+History::Found<quint32> History::joinSince(const QVariantMap &document, quint32 first, const QString &author)
+{
+    if (!find(first))
+        return Refusal::unknown;
+    if (first <= mGap)
+        return Refusal::unreachable;
+    for (auto item = std::ranges::lower_bound(mItems, first, {}, &Item::id); item != mItems.end(); ++item) {
+        const std::optional<HistoryEntry> entry = HistoryEntry::fromFrame(item->frame);
+        if (!entry || !isChange(entry->kind) || entry->author != author || !isInEffect(entry->id))
+            return Refusal::outdated;
+    }
+    if (first == mUndo.back())
+        return first; // it is the only one
+    const auto path = pathSince(first);
+    const auto before = path ? documentBefore(document, {.id = first}, *path) : std::nullopt;
+    if (!before)
+        return Refusal::unreachable;
+    HistoryEntry joined = entryOf(*before, {.document = document, .cause = {.author = author}});
+    joined.id = mLastId + 1;
+    joined.joins = first;
+    joined.digest = mDigest;
+    if (joined.difference.isEmpty())
+        joined.kind = Kind::nothing;
+    else if (!fits(joined.toFrame()))
+        return Refusal::invalid;
+    write({joined});
+    return joined.kind == Kind::nothing ? 0 : joined.id;
+}
+
+/// Whether an entry with these bytes is small enough to be kept.
+bool History::fits(const QByteArray &frame) const
+{
+    return !frame.isEmpty() && HistoryLog::sizeOf(frame) <= mLimits.bytes / 2;
+}
+
 void History::write(const QList<HistoryEntry> &entries)
 {
     QList<QByteArray> frames;
     for (HistoryEntry entry : entries) {
         QByteArray frame = entry.toFrame();
-        if (frame.isEmpty() || HistoryLog::sizeOf(frame) > mLimits.bytes / 2) { // too large to be kept
+        if (!fits(frame)) {
             entry.kind = Kind::gap;
             entry.difference.clear();
             frame = entry.toFrame();
@@ -270,9 +305,9 @@ void History::take(const HistoryEntry &entry, const QByteArray &frame)
 {
     mLastId = entry.id;
     see(entry.timeMs);
-    if (entry.joins != 0 && !mItems.empty() && mItems.back().id == entry.joins) {
+    while (entry.joins != 0 && !mItems.empty() && mItems.back().id >= entry.joins) {
+        std::erase(mUndo, mItems.back().id);
         mItems.pop_back();
-        std::erase(mUndo, entry.joins);
     }
     switch (entry.kind) {
     case Kind::change:

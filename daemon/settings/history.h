@@ -59,11 +59,6 @@ public:
     /// the bytes on the disk now.
     void record(const QVariantMap &before, const QList<StoredChange> &changes, quint64 digest);
 
-    /// All entries, the oldest first, in the form of the bus (docs/daemon-protocol.md).
-    [[nodiscard]] QList<QVariantMap> entries() const;
-    /// Of those, the entries that Undo and Redo take next.
-    [[nodiscard]] QList<QVariantMap> nextEntries() const;
-
     enum class Refusal {
         unknown,     ///< no such entry
         outdated,    ///< no longer the next one
@@ -72,6 +67,17 @@ public:
         invalid,     ///< the result would exceed a limit
         notSaved,    ///< the settings file could not be written
     };
+
+    /// Makes one entry of the change `first` and all later ones, which leads to the same `document`, the present one.
+    /// Refused as outdated if one of them is not a change of `author`, or has been taken back. Returns the id of the
+    /// new entry; 0 if the changes cancel each other out, and no entry is left.
+    [[nodiscard]] Result<quint32, Refusal> joinSince(const QVariantMap &document, quint32 first, const QString &author);
+
+    /// All entries, the oldest first, in the form of the bus (docs/daemon-protocol.md).
+    [[nodiscard]] QList<QVariantMap> entries() const;
+    /// Of those, the entries that Undo and Redo take next.
+    [[nodiscard]] QList<QVariantMap> nextEntries() const;
+
     /// A document that an entry leads to.
     struct Target
     {
@@ -132,6 +138,7 @@ private:
     [[nodiscard]] HistoryEntry entryOf(const QVariantMap &before, const StoredChange &change) const;
     void join(HistoryEntry &entry, const QVariantMap &before, const StoredChange &change) const;
     void take(const HistoryEntry &entry, const QByteArray &frame);
+    [[nodiscard]] bool fits(const QByteArray &frame) const;
     void write(const QList<HistoryEntry> &entries);
     void load();
     bool see(qint64 timeMs);

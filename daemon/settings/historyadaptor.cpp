@@ -52,6 +52,14 @@ uint HistoryAdaptor::Redo(uint id, const QString &sourceApp)
     return done.valueOr(0);
 }
 
+uint HistoryAdaptor::Join(uint first, const QString &sourceApp)
+{
+    const History::Found<quint32> joined = mCalls.join(first, authorOfSource(sourceApp));
+    if (!joined)
+        refuse(joined.error());
+    return joined.valueOr(0);
+}
+
 QVariantMap HistoryAdaptor::Restore(uint id, const QString &sourceApp, uint newest)
 {
     const History::Found<History::Target> done = mCalls.restore(id, newest, authorOfSource(sourceApp));

@@ -39,6 +39,7 @@ public Q_SLOTS:
     [[nodiscard]] QList<QVariantMap> Next() const { return mHistory.nextEntries(); }
     uint Undo(uint id, const QString &sourceApp = {});
     uint Redo(uint id, const QString &sourceApp = {});
+    uint Join(uint first, const QString &sourceApp = {});
     QVariantMap Restore(uint id, const QString &sourceApp = {}, uint newest = 0);
     [[nodiscard]] QVariantMap Preview(uint id);
     [[nodiscard]] QVariantMap Show(uint id);

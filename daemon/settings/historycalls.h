@@ -31,6 +31,8 @@ public:
     virtual History::Found<quint32> undo(quint32 id, const QString &author) = 0;
     /// Does again what was taken back last, which must be the entry `id`. Returns the id of the new entry.
     virtual History::Found<quint32> redo(quint32 id, const QString &author) = 0;
+    /// As History::joinSince(), for the present settings.
+    virtual History::Found<quint32> join(quint32 first, const QString &author) = 0;
     /// As History::restoreTarget(). Returns the outcome. Refused as outdated if `newest` is neither 0 nor the newest
     /// entry: the caller would restore something else than preview() has returned.
     virtual History::Found<History::Target> restore(quint32 id, quint32 newest, const QString &author) = 0;

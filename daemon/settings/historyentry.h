@@ -27,7 +27,7 @@ struct HistoryEntry
     QVariantMap what = {}; ///< describedChange(); of an undo and a redo empty
     QVariantMap difference = {};
     quint32 target = 0;
-    quint32 joins = 0;                  ///< the id of the entry that this one replaces; 0 for none
+    quint32 joins = 0;                  ///< this entry replaces the entries from this id on; 0 for none
     std::optional<quint64> digest = {}; ///< of the document on the disk; absent if an entry of the same write follows
 
     /// As bytes for the HistoryLog; empty if the difference has a value that no property list can hold.

@@ -68,6 +68,10 @@ private Q_SLOTS:
     void joinsNothingWithoutATimeForIt();
     void sliderThatReturnsLeavesNoEntry();
     void repairOfKeysBelongsToTheDeletion();
+    void joinedChangesAreTakenBackInOneGo();
+    void joinedChangesThatCancelOutLeaveNoEntry();
+    void joinsOnlyChangesOfTheCaller_data();
+    void joinsOnlyChangesOfTheCaller();
     void isThereAfterARestart();
     void tornFileCostsOnlyTheTornEntries();
     void damagedByteCostsOnlyHistory();
@@ -834,6 +838,90 @@ void HistoryTest::repairOfKeysBelongsToTheDeletion()
     repaired.insert(u"ProfileName"_s, u"Z"_s);
     QCOMPARE(statusOf(Command::replaceAllProfiles, {{u"AllProfiles"_s, QVariantList{repaired}}}), 0);
     QCOMPARE(kinds(), QStringList({u"profile deleted"_s, u"undo"_s, u"redo"_s, u"profile renamed"_s}));
+}
+
+void HistoryTest::joinedChangesAreTakenBackInOneGo()
+{
+    addProfile(u"Earlier"_s);
+    const quint32 earlier = nextUndo();
+    const QVariantMap before = mDaemon->document();
+    addMacro(u"One"_s);
+    const quint32 first = nextUndo();
+    disableKey(0, u"5"_s);
+    QCOMPARE(statusOf(Command::renameMacro,
+                      {{u"MacroContents"_s, QVariantMap{{u"macroID"_s, 2}, {u"MacroName"_s, u"Two"_s}}}}),
+             0);
+    const QVariantMap after = mDaemon->document();
+    QSignalSpy changes(&mDaemon->history(), &History::changed);
+    const History::Found<quint32> joined = mDaemon->historyCommands().join(first, u"client"_s);
+    QVERIFY(joined);
+    QCOMPARE(changes.size(), 1);
+    QCOMPARE(kinds(), QStringList({u"profile added"_s, u"macro added"_s}));
+    QCOMPARE(entries().last().value(HistoryKeys::macro).toString(), u"Two"_s);
+    QCOMPARE(nextUndo(), *joined);
+    QVERIFY(*joined > first); // a client that still shows the first change does not take back the others
+    QCOMPARE(mDaemon->document(), after);
+    const History::Found<ChangeParts> parts = partsOf(*joined);
+    QVERIFY(parts);
+    QCOMPARE(parts->count, 2);
+    // One change alone is joined already.
+    QCOMPARE(mDaemon->historyCommands().join(*joined, u"client"_s).valueOr(0), *joined);
+    restart();
+    QCOMPARE(kinds(), QStringList({u"profile added"_s, u"macro added"_s}));
+    QVERIFY(undo());
+    QCOMPARE(Document(mDaemon->document()).profiles(), Document(before).profiles());
+    QCOMPARE(Document(mDaemon->document()).macros(), Document(before).macros());
+    QCOMPARE(nextUndo(), earlier);
+    QVERIFY(redo());
+    QCOMPARE(mDaemon->document(), after);
+    QCOMPARE(nextRedo(), 0U);
+}
+
+void HistoryTest::joinedChangesThatCancelOutLeaveNoEntry()
+{
+    addProfile(u"Earlier"_s);
+    const quint32 earlier = nextUndo();
+    addMacro(u"One"_s);
+    const quint32 first = nextUndo();
+    QCOMPARE(statusOf(Command::deleteMacro, {{u"macroID"_s, 2}}), 0);
+    QCOMPARE(mDaemon->historyCommands().join(first, u"client"_s).valueOr(1), 0U);
+    QCOMPARE(kinds(), QStringList{u"profile added"_s});
+    QCOMPARE(nextUndo(), earlier);
+    restart();
+    QCOMPARE(kinds(), QStringList{u"profile added"_s});
+    QVERIFY(undo());
+}
+
+void HistoryTest::joinsOnlyChangesOfTheCaller_data()
+{
+    QTest::addColumn<QString>("obstacle");
+    for (const char *obstacle : {"another author", "another caller", "undo", "redo", "undone", "unknown"})
+        QTest::newRow(obstacle) << QString::fromLatin1(obstacle);
+}
+
+void HistoryTest::joinsOnlyChangesOfTheCaller()
+{
+    QFETCH(QString, obstacle);
+    addMacro(u"One"_s);
+    const quint32 first = nextUndo();
+    addMacro(u"Two"_s);
+    if (obstacle == "another author"_L1)
+        setBrightness(1, u"org.quillkestra.kestractl"_s);
+    if (obstacle == "undo"_L1 || obstacle == "redo"_L1)
+        QVERIFY(undo());
+    if (obstacle == "redo"_L1)
+        QVERIFY(redo());
+    if (obstacle == "undone"_L1) {
+        QVERIFY(undo());
+        QVERIFY(undo());
+    }
+    const QList<QVariantMap> before = entries();
+    const quint32 named = obstacle == "unknown"_L1 ? lastId() + 1 : first;
+    const QString caller = obstacle == "another caller"_L1 ? u"kestractl"_s : u"client"_s;
+    const History::Found<quint32> joined = mDaemon->historyCommands().join(named, caller);
+    QVERIFY(!joined);
+    QCOMPARE(joined.error(), obstacle == "unknown"_L1 ? Refusal::unknown : Refusal::outdated);
+    QCOMPARE(entries(), before);
 }
 
 void HistoryTest::isThereAfterARestart()
