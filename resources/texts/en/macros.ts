@@ -128,7 +128,7 @@
     <message id="lkeyInsertPause"><source>lkeyInsertPause</source><translation>Pause</translation></message>
     <message id="lkeyInsertKey"><source>lkeyInsertKey</source><translation>Key:</translation></message>
     <message id="lkeyInsertButton"><source>lkeyInsertButton</source><translation>Mouse button:</translation></message>
-    <message id="lkeyInsertPressKey"><source>lkeyInsertPressKey</source><translation>Press Key</translation></message>
+    <message id="lkeyInsertPressKey"><source>lkeyInsertPressKey</source><translation>Press key</translation></message>
     <message id="lkeyInsertPauseBefore"><source>lkeyInsertPauseBefore</source><translation>Pause before it in milliseconds:</translation></message>
     <message id="lkeyInsertPauseLength"><source>lkeyInsertPauseLength</source><translation>Pause in milliseconds:</translation></message>
     <message id="lkeyInsertHold"><source>lkeyInsertHold</source><translation>Held down for milliseconds:</translation></message>
