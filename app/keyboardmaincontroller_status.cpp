@@ -3,6 +3,7 @@
 #include "app/keyboardmaincontroller.h"
 
 #include "base/devicesettings.h"
+#include "base/frontapplicationkeys.h"
 #include "base/plistnumbers.h"
 #include "base/profilerecord.h"
 #include "daemonlink/daemontransport.h"
@@ -78,6 +79,9 @@ void KeyboardMainController::connectStatus()
         showStatus();
     });
     connect(&mServiceStatus, &ServiceStatus::daemonHasGone, &mDevicesStatus, &DevicesStatus::read);
+    connect(&mServiceStatus, &ServiceStatus::shellExtensionMissing, this, [this] {
+        report({.event = Event::shellExtensionMissing, .subject = FrontApplicationKeys::shellExtensionPackage});
+    });
     connect(&mServiceStatus, &ServiceStatus::problemFound, this,
             [this](const QString &problem) { report({.event = Event::settingsProblem, .subject = problem}); });
 }

@@ -110,4 +110,6 @@ void ServiceStatus::setNeedsShellExtension(bool needsIt)
         return;
     mNeedsShellExtension = needsIt;
     Q_EMIT changed();
+    if (needsIt)
+        Q_EMIT shellExtensionMissing();
 }

@@ -35,6 +35,8 @@ Q_SIGNALS:
     void daemonAnswers();
     /// isRunning(), profileApplication() or needsShellExtension() has changed.
     void changed();
+    /// needsShellExtension() has become true.
+    void shellExtensionMissing();
     /// A problem of the settings files since the daemon started, as English sentences. Each is reported once.
     void problemFound(const QString &problem);
 

@@ -113,6 +113,7 @@ const char *keyOf(Event event)
     case Event::fileAdded: return "lkeyStatusFileAdded";
     case Event::notAddable: return "lkeyStatusNotAddable";
     case Event::fileRefused: return "lkeyStatusFileRefused";
+    case Event::shellExtensionMissing: return "lkeyStatusShellExtensionMissing";
     case Event::settingsProblem: break;
     }
     return "lkeyStatusSettingsProblem";

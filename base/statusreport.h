@@ -35,6 +35,7 @@ struct StatusReport
         fileAdded,             ///< as fileWaits
         notAddable,            ///< as fileWaits: neither a profile nor a macro
         fileRefused,           ///< as fileWaits; the number is the Status with the reason
+        shellExtensionMissing, ///< no profile follows a window of GNOME; the subject is the extension's package
         settingsProblem,       ///< of the daemon's settings files; the subject has the daemon's sentences
     };
 

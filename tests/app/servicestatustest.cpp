@@ -107,11 +107,13 @@ void ServiceStatusTest::missesTheExtensionOfGnomeShell()
     QTRY_COMPARE(mStatus->profileApplication(), std::optional(QString()));
     QVERIFY(!mStatus->needsShellExtension());
     QSignalSpy changes(mStatus.get(), &ServiceStatus::changed);
+    QSignalSpy missing(mStatus.get(), &ServiceStatus::shellExtensionMissing);
     QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"shell"_s);
     const auto guard = qScopeGuard([] { QDBusConnection::disconnectFromBus(u"shell"_s); });
     QVERIFY(bus.registerService(u"org.gnome.Shell"_s));
     QTRY_VERIFY(mStatus->needsShellExtension());
     QCOMPARE(changes.size(), 1);
+    QCOMPARE(missing.size(), 1);
     ServiceStatus laterStatus;
     laterStatus.start();
     QTRY_VERIFY(laterStatus.needsShellExtension());
@@ -124,8 +126,10 @@ void ServiceStatusTest::missesTheExtensionOfGnomeShell()
     QVERIFY(bus.unregisterService(u"org.gnome.Shell"_s));
     QVERIFY(bus.registerService(u"org.gnome.Shell"_s)); // another one, which has not reported
     QTRY_VERIFY(mStatus->needsShellExtension());
+    QCOMPARE(missing.size(), 2);
     mDaemon->kill();
     QTRY_VERIFY(!mStatus->needsShellExtension());
+    QCOMPARE(missing.size(), 2);
 }
 
 void ServiceStatusTest::reportsEachProblemOfTheSettingsOnce()

@@ -42,6 +42,7 @@
     <message id="lkeyStatusCleanUpRefused"><source>lkeyStatusCleanUpRefused</source><translation>Der Eintrag wurde gelöscht, die Belegung der zugehörigen Tasten aber nicht: %@.</translation></message>
     <message id="lkeyStatusCleanUpWithoutReply"><source>lkeyStatusCleanUpWithoutReply</source><translation>Der Eintrag wurde gelöscht, aber danach hat der Tastaturdienst nicht geantwortet. Die zugehörigen Tasten sind möglicherweise noch belegt.</translation></message>
     <message id="lkeyStatusSettingsProblem"><source>lkeyStatusSettingsProblem</source><translation>Problem mit den Tastatureinstellungen: %@</translation></message>
+    <message id="lkeyStatusShellExtensionMissing"><source>lkeyStatusShellExtensionMissing</source><translation>Profile folgen Fenstern unter GNOME nur mit dem Paket „%@“.</translation></message>
     <!-- The reason at the end of lkeyStatusRefused, lkeyStatusRecordingNotStored and lkeyStatusCleanUpRefused. -->
     <message id="lkeyStatusReasonGone"><source>lkeyStatusReasonGone</source><translation>Der Eintrag ist nicht mehr vorhanden</translation></message>
     <message id="lkeyStatusReasonFull"><source>lkeyStatusReasonFull</source><translation>Es ist kein Platz mehr</translation></message>

@@ -42,6 +42,7 @@
     <message id="lkeyStatusCleanUpRefused"><source>lkeyStatusCleanUpRefused</source><translation>The entry was deleted, but the keys that used it were not cleared: %@.</translation></message>
     <message id="lkeyStatusCleanUpWithoutReply"><source>lkeyStatusCleanUpWithoutReply</source><translation>The entry was deleted, but then the keyboard service did not respond. The keys that used it may not have been cleared.</translation></message>
     <message id="lkeyStatusSettingsProblem"><source>lkeyStatusSettingsProblem</source><translation>Problem with the keyboard settings: %@</translation></message>
+    <message id="lkeyStatusShellExtensionMissing"><source>lkeyStatusShellExtensionMissing</source><translation>Profiles follow windows of GNOME only with the package “%@”.</translation></message>
     <!-- The reason at the end of lkeyStatusRefused, lkeyStatusRecordingNotStored and lkeyStatusCleanUpRefused. -->
     <message id="lkeyStatusReasonGone"><source>lkeyStatusReasonGone</source><translation>the entry no longer exists</translation></message>
     <message id="lkeyStatusReasonFull"><source>lkeyStatusReasonFull</source><translation>there is no more room</translation></message>

@@ -42,6 +42,7 @@
     <message id="lkeyStatusCleanUpRefused"><source>lkeyStatusCleanUpRefused</source><translation>El elemento se ha eliminado, pero no la asignación de las teclas que lo usaban: %@.</translation></message>
     <message id="lkeyStatusCleanUpWithoutReply"><source>lkeyStatusCleanUpWithoutReply</source><translation>El elemento se ha eliminado, pero después el servicio del teclado no ha respondido. Puede que las teclas que lo usaban conserven su asignación.</translation></message>
     <message id="lkeyStatusSettingsProblem"><source>lkeyStatusSettingsProblem</source><translation>Problema con los ajustes del teclado: %@</translation></message>
+    <message id="lkeyStatusShellExtensionMissing"><source>lkeyStatusShellExtensionMissing</source><translation>En GNOME, los perfiles solo siguen a las ventanas con el paquete «%@».</translation></message>
     <!-- The reason at the end of lkeyStatusRefused, lkeyStatusRecordingNotStored and lkeyStatusCleanUpRefused. -->
     <message id="lkeyStatusReasonGone"><source>lkeyStatusReasonGone</source><translation>el elemento ya no existe</translation></message>
     <message id="lkeyStatusReasonFull"><source>lkeyStatusReasonFull</source><translation>no queda sitio</translation></message>

@@ -42,6 +42,7 @@
     <message id="lkeyStatusCleanUpRefused"><source>lkeyStatusCleanUpRefused</source><translation>L’élément a été supprimé, mais les touches qui l’utilisaient n’ont pas été réinitialisées : %@.</translation></message>
     <message id="lkeyStatusCleanUpWithoutReply"><source>lkeyStatusCleanUpWithoutReply</source><translation>L’élément a été supprimé, mais le service du clavier n’a pas répondu ensuite. Les touches qui l’utilisaient n’ont peut-être pas été réinitialisées.</translation></message>
     <message id="lkeyStatusSettingsProblem"><source>lkeyStatusSettingsProblem</source><translation>Problème avec les réglages du clavier : %@</translation></message>
+    <message id="lkeyStatusShellExtensionMissing"><source>lkeyStatusShellExtensionMissing</source><translation>Sous GNOME, les profils ne suivent les fenêtres qu’avec le paquet « %@ ».</translation></message>
     <!-- The reason at the end of lkeyStatusRefused, lkeyStatusRecordingNotStored and lkeyStatusCleanUpRefused. -->
     <message id="lkeyStatusReasonGone"><source>lkeyStatusReasonGone</source><translation>l’élément n’existe plus</translation></message>
     <message id="lkeyStatusReasonFull"><source>lkeyStatusReasonFull</source><translation>il n’y a plus de place</translation></message>

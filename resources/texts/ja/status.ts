@@ -42,6 +42,7 @@
     <message id="lkeyStatusCleanUpRefused"><source>lkeyStatusCleanUpRefused</source><translation>項目は削除されましたが、その項目を使うキーの割り当ては解除されませんでした: %@。</translation></message>
     <message id="lkeyStatusCleanUpWithoutReply"><source>lkeyStatusCleanUpWithoutReply</source><translation>項目は削除されましたが、その後キーボードのサービスが応答しませんでした。その項目を使うキーの割り当てが残っている可能性があります。</translation></message>
     <message id="lkeyStatusSettingsProblem"><source>lkeyStatusSettingsProblem</source><translation>キーボードの設定の問題: %@</translation></message>
+    <message id="lkeyStatusShellExtensionMissing"><source>lkeyStatusShellExtensionMissing</source><translation>GNOME でプロファイルをウィンドウに連動させるには、パッケージ「%@」が必要です。</translation></message>
     <!-- The reason at the end of lkeyStatusRefused, lkeyStatusRecordingNotStored and lkeyStatusCleanUpRefused. -->
     <message id="lkeyStatusReasonGone"><source>lkeyStatusReasonGone</source><translation>項目がもうありません</translation></message>
     <message id="lkeyStatusReasonFull"><source>lkeyStatusReasonFull</source><translation>空きがありません</translation></message>
