@@ -17,7 +17,7 @@ LOWER_VERSION = "0.9"
 # The packages that ours only recommend, and those that a machine with a seat has.
 SEAT = ("acl", "dbus", "dbus-user-session", "kmod", "libpam-systemd", "pkexec", "polkitd", "python3", "python3-gi",
         "rtkit", "systemd", "systemd-sysv", "udev")
-# What a file manager asks about files.
+# The tools that a file manager asks about files.
 FILE_MANAGER = ("desktop-file-utils", "libglib2.0-bin", "shared-mime-info")
 
 # Two desktops, a notification service for the one that has none, and tools of the scenarios.
