@@ -185,6 +185,14 @@ void showOneRecordedEvent(benchmark::State &state)
 }
 
 BENCHMARK(clickMacroAndShowItsLines)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(20)->Repetitions(5);
+// The reply port and the bus have threads of their own.
+BENCHMARK(clickMacroAndShowItsLines)
+    ->Name("clickMacroOnAllThreads")
+    ->Unit(benchmark::kMillisecond)
+    ->MeasureProcessCPUTime()
+    ->UseRealTime()
+    ->Iterations(20)
+    ->Repetitions(5);
 BENCHMARK(scrollOnePage)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(200)->Repetitions(5);
 BENCHMARK(showTheTimeline)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(20)->Repetitions(5);
 BENCHMARK(zoomTheTimeline)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(200)->Repetitions(5);

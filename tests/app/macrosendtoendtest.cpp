@@ -16,6 +16,7 @@
 #include "macros/macroinsertion.h"
 #include "macros/macrorecord.h"
 #include "macros/macrotrysheet.h"
+#include "macros/macrotypetext.h"
 #include "macros/numberonlytextfield.h"
 #include "platform/buttonarea.h"
 #include "platform/filepanels.h"
@@ -129,8 +130,20 @@ private Q_SLOTS:
     void refusesMoreEventsThanTheDaemonTakes();
     void silentDaemonReplacesLater();
     void replacesNothingWithoutADaemon();
+    // The usual tasks with the mouse, with the number of clicks that docs/performance.md has.
+    void sentenceBecomesAMacroInThreeClicks();
+    void allPausesAreDoubledInFourClicks();
+    void tenEventsAreDeletedInThreeClicks();
+    void keyGetsANewMacroInFiveClicks();
+    void keyOfAMacroIsFoundInTwoClicks();
 
 private:
+    /// Clicks with the left button, in the centre without a place, and counts the click.
+    void clickOn(QWidget *widget, const QPoint &place = {}, Qt::KeyboardModifiers modifiers = {});
+    void clickRow(TableView *table, int row, Qt::KeyboardModifiers modifiers = {});
+    /// Opens the gear menu of the events and clicks a command.
+    void clickInGear(int tag);
+    [[nodiscard]] TableView *eventList() const { return mHub->find<TableView>("mMacroDetailsTableView"); }
     void typeKey(uint usage);
     void addMacro(const QString &name);
     /// Adds the macro "Combo" and records A and B into it.
@@ -169,6 +182,7 @@ private:
     QStringList keptEvents(const QString &name);
     QVariantMap settings() { return mDaemon->request(Command::readSettings)->values; }
 
+    int mClicks = 0; // of clickOn()
     HubResources mResources;
     std::unique_ptr<DaemonProcessFixture> mDaemon;
     std::unique_ptr<Hub> mHub;
@@ -176,6 +190,7 @@ private:
 
 void MacrosEndToEndTest::init()
 {
+    mClicks = 0;
     setReplyPollInterval(replyPollInterval);
     mDaemon = std::make_unique<DaemonProcessFixture>();
     QVERIFY(mDaemon->start());
@@ -1015,6 +1030,131 @@ void MacrosEndToEndTest::tryIgnoresSignalsOfOthers()
     const qsizetype before = triedLines().size();
     QTRY_VERIFY(triedLines().size() > before);
     QVERIFY(mHub->find<MacroTrySheet>("mTryWindow")->isPlaying());
+}
+
+void MacrosEndToEndTest::clickOn(QWidget *widget, const QPoint &place, Qt::KeyboardModifiers modifiers)
+{
+    QVERIFY(widget && widget->isVisible() && widget->isEnabled());
+    ++mClicks;
+    QTest::mouseClick(widget, Qt::LeftButton, modifiers, place);
+}
+
+void MacrosEndToEndTest::clickRow(TableView *table, int row, Qt::KeyboardModifiers modifiers)
+{
+    table->scrollRowToVisible(row); // the user turns the wheel
+    clickOn(table->viewport(), table->visualRect(table->model()->index(row, 0)).center(), modifiers);
+}
+
+void MacrosEndToEndTest::clickInGear(int tag)
+{
+    auto *gear = mHub->find<PulldownButton>("mSettingsMacroDetails");
+    QMenu *menu = gear->menu();
+    QAction *item = gear->itemWithTag(tag);
+    // The button does not return before its menu is closed.
+    connect(
+        menu, &QMenu::aboutToShow, menu,
+        [this, menu, item] {
+            QTest::mouseMove(menu, menu->actionGeometry(item).center());
+            clickOn(menu, menu->actionGeometry(item).center());
+        },
+        Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
+    clickOn(gear);
+    QVERIFY(!menu->isVisible());
+}
+
+void MacrosEndToEndTest::sentenceBecomesAMacroInThreeClicks()
+{
+    addMacro(u"Chat"_s);
+    clickInGear(MacroCommands::typeText);
+    auto *sheet = mHub->find<MacroTypeText>("mTypeTextWindow");
+    QVERIFY(sheet && sheet->isVisible());
+    sheet->showKeymap(Keymap::fromNames("us")); // the layout of the machine may be another one
+    QTRY_COMPARE(QApplication::focusWidget(), mHub->find<QWidget>("mTypeTextField"));
+    QTest::keyClicks(QApplication::focusWidget(), u"Hi all"_s);
+    clickOn(mHub->find<QPushButton>("mTypeTextInsert"));
+    QCOMPARE(mClicks, 3);
+    QList<uint> pressed;
+    for (const QVariant &record : MacroRecord::events(kept(u"Chat"_s))) {
+        const MacroRecord::Event event = MacroRecord::eventFields(record.toMap());
+        if (event.command == MacroRecord::keyDown)
+            pressed += event.argument;
+    }
+    constexpr uint shift = 225;
+    constexpr uint keyI = 12;
+    constexpr uint keyL = 15;
+    QCOMPARE(pressed, (QList<uint>{shift, keyH, keyI, keySpace, keyA, keyL, keyL}));
+}
+
+void MacrosEndToEndTest::allPausesAreDoubledInFourClicks()
+{
+    addTaps(u"Long"_s, 5);
+    const QVariantList equal = shownEvents(list()->selectedRow());
+    QVariantList different = equal;
+    for (int index = 0; index < different.size(); ++index)
+        different = MacroEdits::settingDelays(different, {index}, index + 1).value();
+    QVERIFY(replace(list()->selectedRow(), equal, different));
+    clickRow(eventList(), 0);
+    QTest::keyClick(eventList(), Qt::Key_A, Qt::ControlModifier);
+    clickInGear(MacroCommands::scalePauses);
+    QTRY_COMPARE(QApplication::focusWidget(), mHub->find<QWidget>("mPauseField"));
+    QTest::keyClicks(QApplication::focusWidget(), u"200"_s);
+    clickOn(mHub->find<QPushButton>("mPauseOK"));
+    QCOMPARE(mClicks, 4);
+    const QVariantList events = MacroRecord::events(kept(u"Long"_s));
+    QCOMPARE(events.size(), 10);
+    for (int index = 0; index < events.size(); ++index)
+        QCOMPARE(MacroRecord::eventFields(events.at(index).toMap()).delayMs, 2 * (index + 1));
+}
+
+void MacrosEndToEndTest::tenEventsAreDeletedInThreeClicks()
+{
+    addTaps(u"Long"_s, 8);
+    const QVariantList before = shownEvents(list()->selectedRow());
+    constexpr int firstRow = 2; // of the second event
+    constexpr int lastRow = 20; // of the eleventh one
+    clickRow(eventList(), firstRow);
+    clickRow(eventList(), lastRow, Qt::ShiftModifier);
+    clickOn(mHub->find<QPushButton>("mDeleteMacroDetails"));
+    QCOMPARE(mClicks, 3);
+    QCOMPARE(MacroRecord::events(kept(u"Long"_s)), before.first(1) + before.sliced(11));
+}
+
+void MacrosEndToEndTest::keyGetsANewMacroInFiveClicks()
+{
+    mHub->controller->selectTabAtIndex(keysTabIndex);
+    clickOn(mHub->find<QWidget>("mF"));
+    auto *assignments = mHub->find<PopUpButton>("mAssignFunction");
+    clickOn(assignments);
+    QMenu *menu = assignments->popUpMenu();
+    QTRY_VERIFY(menu->isVisible());
+    auto *newMacro = mHub->controller->keysController()->findChild<QAction *>(u"mMakeMacro"_s);
+    const QPoint place = menu->actionGeometry(newMacro).center();
+    QTest::mouseMove(menu, place);
+    clickOn(menu, place);
+    QTRY_VERIFY(mHub->find<Sheet>("mNewMacroSheet") && mHub->find<Sheet>("mNewMacroSheet")->isUp());
+    typeKey(keyA);
+    QTRY_COMPARE(mHub->find<QListWidget>("mNewMacroEvents")->count(), 3);
+    clickOn(mHub->find<QPushButton>("mNewMacroRecord"));
+    clickOn(mHub->find<QPushButton>("mNewMacroAssign"));
+    QCOMPARE(mClicks, 5);
+    SentRecorder recorder;
+    typeKey(keyF);
+    QTRY_COMPARE(recorder.sent(), (QStringList{u"+7:4"_s, u"-7:4"_s}));
+}
+
+void MacrosEndToEndTest::keyOfAMacroIsFoundInTwoClicks()
+{
+    recordCombo();
+    assignComboToF();
+    QTest::mouseClick(mHub->find<QWidget>("mA"), Qt::LeftButton);
+    mHub->controller->selectTabAtIndex(macrosTabIndex);
+    addMacro(u"Other"_s);
+    QVERIFY(!linkTo(u"F in Default Profile"_s));
+    clickRow(list(), list()->selectedRow() - 1);
+    clickOn(linkTo(u"F in Default Profile"_s)); // shows the profile and the key
+    QCOMPARE(mClicks, 2);
+    QCOMPARE(mHub->find<QTabWidget>("mKeyboardTabView")->currentIndex(), keysTabIndex);
+    QCOMPARE(mHub->controller->keysController()->selectedCodes(), QList<int>{int(keyF)});
 }
 
 QTEST_MAIN(MacrosEndToEndTest)
