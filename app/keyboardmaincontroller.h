@@ -162,6 +162,8 @@ public:
     void stopSingleKeyRecording() override;
     void selectTabAtIndex(int index) override;
     void updateProfileKeyInDictionaryWithDictionary(const QVariantList &profiles) override;
+    void beginAction() override;
+    void endAction() override;
 
     // MacroDelegate
     void addMacroWithSettings(const QVariantMap &macro) override;
@@ -237,7 +239,7 @@ private:
     void sendAndWait(DaemonProtocol::Command command, const QVariantMap &request,
                      const std::function<void()> &meanwhile = {});
     /// Calls a method of an object of the daemon and waits as long as for the reply to a request. Absent without an
-    /// answer in time. `whenLate` then runs with the answer, from the event loop.
+    /// answer in time. `whenLate`, which may be empty, then runs with the answer, from the event loop.
     std::optional<QDBusMessage> callAndWait(const QDBusMessage &call,
                                             const std::function<void(const QDBusMessage &reply)> &whenLate);
     /// Reports why the daemon has not replaced the events of a macro; `error` is the name of its error.
@@ -298,6 +300,7 @@ private:
     bool mIsWiredDevice = false;                       // no decision depends on it
     bool mAreControlsOn = false;                       // the latest argument of setControlsState()
     bool mAreMacroEventsOld = false;                   // a command has changed events; its reply has no document
+    uint mFirstChange = 0;                             // of the action since beginAction(); 0 if it is not known
     bool mMayRowsHaveMoved = false;                    // a deletion, or a request for the document, was not answered
     bool mMayAskForLines = true;                       // false while a refused change is undone in the window
     bool mHasDeletionReply = false;                    // the daemon confirmed the deletion that mIsDeleteProfile marks

@@ -4,6 +4,7 @@
 
 #include "app/typedkeys.h"
 #include "base/devicesettings.h"
+#include "base/historykeys.h"
 #include "base/macroskeys.h"
 #include "base/plistnumbers.h"
 #include "base/propertylist.h"
@@ -11,6 +12,7 @@
 #include "daemonlink/daemoncommands.h"
 #include "daemonlink/daemonobjectcall.h"
 #include "daemonlink/daemontransport.h"
+#include "daemonlink/historyentries.h"
 #include "daemonlink/latestreplyslot.h"
 #include "daemonlink/replyport.h"
 #include "keys/keyboardkeyscontroller.h"
@@ -25,6 +27,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 using DaemonProtocol::Command;
 using Event = StatusReport::Event;
@@ -459,6 +462,27 @@ void KeyboardMainController::startSingleKeyRecording()
 void KeyboardMainController::stopSingleKeyRecording()
 {
     (void)replyTo(Command::stopSingleKeyRecording, DaemonCommands::stopSingleKeyRecording(mDevicePID, replyPortName));
+}
+
+void KeyboardMainController::beginAction()
+{
+    const std::optional<QDBusMessage> reply = callAndWait(
+        daemonObjectCall(HistoryKeys::objectPath, HistoryKeys::interfaceName, QLatin1StringView("Next")), {});
+    mFirstChange = 0;
+    for (const QVariantMap &entry : historyEntries(reply.value_or(QDBusMessage()).arguments().value(0))) {
+        if (entry.value(HistoryKeys::next).toString() == HistoryKeys::nextUndo)
+            mFirstChange = entry.value(HistoryKeys::id).toUInt();
+    }
+}
+
+void KeyboardMainController::endAction()
+{
+    // A refusal leaves several entries, which undo takes back one by one.
+    if (const uint first = std::exchange(mFirstChange, 0))
+        (void)callAndWait(daemonObjectCall(HistoryKeys::objectPath, HistoryKeys::interfaceName,
+                                           QLatin1StringView("Join"),
+                                           {first, QString(DaemonProtocol::configuratorIdentifier)}),
+                          {});
 }
 
 // Device --------------------------------------------------------------------------------------------------------------

@@ -114,7 +114,8 @@ KeyboardMainController::callAndWait(const QDBusMessage &call,
     }
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, whenLate] {
         watcher->deleteLater();
-        whenLate(watcher->reply());
+        if (whenLate)
+            whenLate(watcher->reply());
     });
     return {};
 }

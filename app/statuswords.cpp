@@ -91,6 +91,7 @@ const char *keyOf(Event event)
     case Event::notAMacro: return "lkeyStatusNotAMacro";
     case Event::notAnApplication: return "lkeyStatusNotAnApplication";
     case Event::macroFull: return "lkeyStatusMacroFull";
+    case Event::newMacroKept: return "lkeyStatusNewMacroKept";
     case Event::refused: return "lkeyStatusRefused";
     case Event::noReply: return "lkeyStatusNoReply";
     case Event::noReplyToChange: return "lkeyStatusNoReplyToChange";

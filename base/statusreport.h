@@ -13,6 +13,7 @@ struct StatusReport
         notAMacro,             ///< as notAProfile
         notAnApplication,      ///< as notAProfile
         macroFull,             ///< a key was left out of the recording of the macro named by the subject
+        newMacroKept,          ///< the macro named by the subject was recorded for a key, which does not play it
         refused,               ///< the daemon refused a request; the number is its Status
         noReply,               ///< the daemon did not reply
         noReplyToChange,       ///< as noReply; the daemon may still make the change

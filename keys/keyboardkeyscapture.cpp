@@ -83,8 +83,7 @@ void KeyboardKeysController::makeNewMacro()
     QString keys = shownKeyName(selectedCode());
     if (!mOtherSelectedKeys.isEmpty())
         keys = localizedFormat("lkeyKeysSeveralSelected", {keys, QString::number(mOtherSelectedKeys.size())});
-    if (Sheet *sheet = mNewMacro->begin(mView, mKeysWindow, keys))
-        mSheetSubject.note(sheet, profile());
+    mNewMacro->begin(mView, mKeysWindow, keys, profile());
 }
 
 QWidget *KeyboardKeysController::captureArea() const

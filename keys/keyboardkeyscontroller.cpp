@@ -151,6 +151,7 @@ std::optional<QString> KeyboardKeysController::activeProfileName() const
 void KeyboardKeysController::updateUISettings()
 {
     mSheetSubject.endUnless(profile());
+    mNewMacro->keepUnless(profile());
     mGameMode = DeviceSettings(mDeviceSettingsDict).isGameModeOn();
     mProfileNameLabel->setText(visibleText(ProfileRecord::name(mKeysCurrentProfileDict), u' '));
     mPicture->light().show(Backlight::settingsOf(mKeysCurrentProfileDict));

@@ -28,6 +28,11 @@ public:
     virtual void recordButton(int /*button*/, bool /*isDown*/) {}
     virtual void renameMacroAtIndexWithNewName(int /*macroIndex*/, const QString & /*newName*/) {}
     virtual void deleteMacroAtIndex(int /*macroIndex*/) {}
+    /// Notes that the latest change is the first one of an action of the user.
+    virtual void beginAction() {}
+    /// Makes one entry of the history of all changes since beginAction(), unless another client has changed something
+    /// meanwhile.
+    virtual void endAction() {}
     /// Shows an event to the user, without a message box.
     virtual void report(const StatusReport &) {}
 };

@@ -40,15 +40,17 @@ void NewMacro::observe(DistributedNotificationCenter &center)
                        [this](const DistributedNotification &posted) { takeEvents(posted.userInfo); });
 }
 
-Sheet *NewMacro::begin(QWidget *parent, QWidget *window, const QString &key)
+void NewMacro::begin(QWidget *parent, QWidget *window, const QString &key, const QVariant &profile)
 {
     if (!mDelegate || isUp())
-        return nullptr;
+        return;
     const QVariantMap macro = MacroFile::newRecord(mMacros);
     mDelegate->addMacroWithSettings(macro);
     mMacroId = identityOfOnly(mMacros, MacroRecord::name(macro)); // the daemon gives it in a new list
     if (!mMacroId.isValid())
-        return nullptr;
+        return;
+    mDelegate->beginAction();
+    mProfile = profile;
     if (!mSheet) {
         mSheet = new NewMacroSheet(parent);
         connect(mSheet, &NewMacroSheet::recordClicked, this, &NewMacro::recordClicked);
@@ -59,7 +61,6 @@ Sheet *NewMacro::begin(QWidget *parent, QWidget *window, const QString &key)
     }
     mSheet->begin(window, key, MacroRecord::name(macro));
     startRecording();
-    return mSheet;
 }
 
 void NewMacro::setStep(Step step)
@@ -85,6 +86,19 @@ void NewMacro::setMacros(const QVariantList &macros)
     mMacros = macros;
     if (isUp() && row() < 0)
         cancel();
+}
+
+void NewMacro::keepUnless(const QVariant &profile)
+{
+    if (profile != mProfile)
+        keep();
+}
+
+void NewMacro::setKeyboardAttached(bool isAttached)
+{
+    mIsAttached = isAttached;
+    if (!isAttached)
+        keep();
 }
 
 QWidget *NewMacro::captureArea() const
@@ -153,20 +167,49 @@ void NewMacro::stopRecording()
 
 // The end
 
-void NewMacro::assign()
+void NewMacro::giveTypedName()
 {
     const QString typed = mSheet->macroName();
     const QString name = MacroRecord::name(mMacros.value(row()).toMap());
-    if (!typed.trimmed().isEmpty() && typed != name) {
-        QVariantList others = mMacros;
-        others.removeAt(row());
-        mDelegate->renameMacroAtIndexWithNewName(row(), uniqueName(others, SettingsKeys::macroName, typed));
-    }
+    if (typed.trimmed().isEmpty() || typed == name)
+        return;
+    QVariantList others = mMacros;
+    others.removeAt(row());
+    mDelegate->renameMacroAtIndexWithNewName(row(), uniqueName(others, SettingsKeys::macroName, typed));
+}
+
+void NewMacro::assign()
+{
+    giveTypedName();
     if (!isUp())
         return; // the macro has gone meanwhile
     const int macroRow = row();
     close();
     Q_EMIT assigned(macroRow);
+    mDelegate->endAction();
+}
+
+/// Ends the sheet as if the user had clicked Stop and closed it.
+void NewMacro::keep()
+{
+    if (!isUp())
+        return;
+    const bool wasRecording = mStep == Step::recording;
+    close(); // first: the requests redraw the tab, which calls this again
+    // The removal of the keyboard has already ended the capture.
+    if (wasRecording && mIsAttached)
+        mDelegate->stopMacroRecording();
+    if (wasRecording)
+        mDelegate->saveRecordedEventsForMacroAtIndexIsNewRecording(row(), newRecording);
+    const bool hasEvents = !storedEvents().isEmpty();
+    if (hasEvents)
+        giveTypedName();
+    else if (row() >= 0 && !mSheet->hasLines()) // with lines, the daemon may still store the recording
+        mDelegate->deleteMacroAtIndex(row());
+    mDelegate->endAction();
+    if (hasEvents)
+        mDelegate->report(
+            {.event = StatusReport::Event::newMacroKept, .subject = MacroRecord::name(mMacros.value(row()).toMap())});
 }
 
 void NewMacro::cancel()
@@ -175,12 +218,18 @@ void NewMacro::cancel()
         return;
     const bool wasRecording = mStep == Step::recording;
     const int macroRow = row();
+    const bool hasEvents = !storedEvents().isEmpty();
     close();
     // The removal of the keyboard has already ended the capture.
     if (wasRecording && mIsAttached)
         mDelegate->stopMacroRecording();
-    if (macroRow >= 0)
-        mDelegate->deleteMacroAtIndex(macroRow);
+    if (macroRow < 0)
+        return;
+    if (hasEvents)
+        mDelegate->endAction(); // an undo of the deletion brings the macro back
+    mDelegate->deleteMacroAtIndex(macroRow);
+    if (!hasEvents)
+        mDelegate->endAction();
 }
 
 void NewMacro::close()

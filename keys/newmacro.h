@@ -13,10 +13,11 @@ class DistributedNotificationCenter;
 class KeysDelegate;
 class NewMacroSheet;
 class QWidget;
-class Sheet;
 
 /// The macro exists from the beginning, because the daemon records into a macro that it has. Every way to cancel
 /// deletes it again. If the deletion fails, which the status line reports, an unassigned macro stays in the list.
+/// Where something else than the user ends the sheet, a recorded macro stays, and the status line reports it. All
+/// changes of one sheet are one entry of the history; the deletion of recorded events is one of its own.
 class NewMacro : public QObject
 {
     Q_OBJECT
@@ -28,15 +29,18 @@ public:
     void setDelegate(KeysDelegate *delegate) { mDelegate = delegate; }
     void observe(DistributedNotificationCenter &center);
 
-    /// Adds the macro, opens the sheet and starts the recording. `key` names the key. `parent` owns the sheet, `window`
-    /// has it. Returns null if the daemon has not accepted the macro; the status line has the reason.
-    [[nodiscard]] Sheet *begin(QWidget *parent, QWidget *window, const QString &key);
+    /// Adds the macro, opens the sheet and starts the recording. `key` names the key, `profile` identifies the profile
+    /// in which it gets the macro. `parent` owns the sheet, `window` has it. Opens no sheet if the daemon has not
+    /// accepted the macro; the status line has the reason.
+    void begin(QWidget *parent, QWidget *window, const QString &key, const QVariant &profile);
     /// The macros of the document; ends the sheet when the new one is gone.
     void setMacros(const QVariantList &macros);
+    /// Ends the sheet and keeps what was recorded if `profile`, the active one, is not that of begin().
+    void keepUnless(const QVariant &profile);
     /// A recording that a removed keyboard or an ended daemon has taken along is over.
     void keyboardCameBack();
-    /// The keyboard is gone, and with it the daemon's capture.
-    void setKeyboardAttached(bool isAttached) { mIsAttached = isAttached; }
+    /// Without the keyboard, and with it the daemon's capture, ends the sheet and keeps what was recorded.
+    void setKeyboardAttached(bool isAttached);
 
     /// The widget that takes the keys of a recording; null while none runs.
     [[nodiscard]] QWidget *captureArea() const;
@@ -57,7 +61,9 @@ private:
     void recordButton(int button, bool isDown);
     void stopRecording();
     void recordClicked();
+    void giveTypedName();
     void assign();
+    void keep();
     void cancel();
     void close();
     void takeEvents(const QVariantMap &userInfo);
@@ -66,6 +72,7 @@ private:
     QPointer<NewMacroSheet> mSheet;
     QVariantList mMacros;
     QVariant mMacroId; ///< of the new macro
+    QVariant mProfile; ///< of begin()
     CaptureSource mSource;
     Step mStep = Step::closed;
     bool mIsAttached = true;

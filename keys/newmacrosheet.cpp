@@ -158,3 +158,8 @@ QString NewMacroSheet::macroName() const
 {
     return mName->text();
 }
+
+bool NewMacroSheet::hasLines() const
+{
+    return mEvents->count() > 0;
+}

@@ -30,6 +30,8 @@ public:
     void addLines(const QStringList &lines);
 
     [[nodiscard]] QString macroName() const;
+    /// Whether it lists events, stored or just recorded.
+    [[nodiscard]] bool hasLines() const;
     /// The part that has the focus, and takes typed keys, during a recording.
     [[nodiscard]] QWidget *recordingArea() const { return mArea; }
 

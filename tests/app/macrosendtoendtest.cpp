@@ -2,6 +2,7 @@
 // The complete path of a macro: recorded on the keyboard in the real window, edited, assigned to a key, exported and
 // imported, as the real daemon stores it.
 #include "base/document.h"
+#include "base/frontapplicationkeys.h"
 #include "base/historykeys.h"
 #include "base/macroskeys.h"
 #include "base/propertylist.h"
@@ -101,7 +102,13 @@ private Q_SLOTS:
     void useOfAMacroLeadsToItsKey();
     void useInAnotherProfileMakesItActive();
     void newMacroForAKeyPlaysAtOnce();
+    void newMacroIsUndoneInOneGo();
+    void newMacroStaysApartFromOtherChanges();
     void cancelledNewMacroLeavesNothing();
+    void deletionOfACancelledRecordingCanBeUndone();
+    void switchOfTheProfileKeepsANewMacro_data();
+    void switchOfTheProfileKeepsANewMacro();
+    void removedKeyboardKeepsANewMacro();
     void pressedKeyPlaysTheEditedMacro();
     void importedMacroEqualsTheExportedOne();
     void renamesAndDeletes();
@@ -152,6 +159,10 @@ private:
     void assignComboToF();
     /// Opens the sheet for a new macro of the key F and records the key A.
     void makeMacroForF();
+    /// Stops that recording, names the macro "Combo" and assigns it.
+    void finishNewMacro();
+    /// The profiles and macros of the daemon.
+    [[nodiscard]] QVariantList records();
     void chooseForEvent(int row, int tag);
     [[nodiscard]] QToolButton *linkTo(const QString &words) const; ///< null if it is not shown
     [[nodiscard]] QStringList lines() const { return mHub->controller->macrosController()->macroDetailsArray(); }
@@ -424,12 +435,23 @@ void MacrosEndToEndTest::makeMacroForF()
     QTRY_COMPARE(mHub->find<QListWidget>("mNewMacroEvents")->count(), 3);
 }
 
-void MacrosEndToEndTest::newMacroForAKeyPlaysAtOnce()
+void MacrosEndToEndTest::finishNewMacro()
 {
-    makeMacroForF();
     click("mNewMacroRecord");
     mHub->find<QLineEdit>("mNewMacroName")->setText(u"Combo"_s);
     click("mNewMacroAssign");
+}
+
+QVariantList MacrosEndToEndTest::records()
+{
+    const Document document(settings().value(DaemonProtocol::allDevSettings).toMap());
+    return {document.profiles(), document.macros()};
+}
+
+void MacrosEndToEndTest::newMacroForAKeyPlaysAtOnce()
+{
+    makeMacroForF();
+    finishNewMacro();
     QCOMPARE(MacroRecord::events(kept(u"Combo"_s)).size(), 2);
     QCOMPARE(mHub->find<QLabel>("mAssignmentWords")->accessibleName(), u"Macro: Combo (Play once)"_s);
     SentRecorder recorder;
@@ -437,21 +459,112 @@ void MacrosEndToEndTest::newMacroForAKeyPlaysAtOnce()
     QTRY_COMPARE(recorder.sent(), (QStringList{u"+7:4"_s, u"-7:4"_s}));
 }
 
+void MacrosEndToEndTest::newMacroIsUndoneInOneGo()
+{
+    mHub->controller->addMacroWithSettings({{SettingsKeys::macroName, u"Earlier"_s}});
+    const uint earlier = nextUndoElsewhere();
+    const QVariantList before = records();
+    makeMacroForF();
+    finishNewMacro();
+    QVERIFY(records() != before);
+    auto *undo = mHub->find<QToolButton>("mUndoButton");
+    QTRY_COMPARE(undo->accessibleName(), u"Undo: Macro Combo added"_s);
+    QTRY_VERIFY(undo->isEnabled());
+    QTest::mouseClick(undo, Qt::LeftButton);
+    QTRY_COMPARE(records(), before);
+    QTRY_COMPARE(mHub->find<QLabel>("mAssignmentWords")->accessibleName(), u"Default key"_s);
+    QCOMPARE(nextUndoElsewhere(), earlier);
+    QTRY_COMPARE(undo->accessibleName(), u"Undo: Macro Earlier added"_s);
+}
+
+// Another client's change in between stays a change of its own.
+void MacrosEndToEndTest::newMacroStaysApartFromOtherChanges()
+{
+    makeMacroForF();
+    QVERIFY(mDaemon->request(Command::updateProfile, {{DaemonProtocol::profileId, 0},
+                                                      {DaemonProtocol::deviceSettingsDictionary,
+                                                       QVariantMap{{SettingsKeys::brightnessKbNormal, 1}}}}));
+    finishNewMacro();
+    const QVariantList after = records();
+    QCOMPARE(callElsewhere(HistoryKeys::objectPath, HistoryKeys::interfaceName, "Undo"_L1, {nextUndoElsewhere()}),
+             QString());
+    QCOMPARE(records().last(), after.last()); // the assignment alone has gone
+    QVERIFY(records().first() != after.first());
+}
+
 void MacrosEndToEndTest::cancelledNewMacroLeavesNothing()
 {
-    const auto records = [this] {
-        const Document document(settings().value(DaemonProtocol::allDevSettings).toMap());
-        return QVariantList{document.profiles(), document.macros()};
-    };
+    mHub->controller->addMacroWithSettings({{SettingsKeys::macroName, u"Earlier"_s}});
+    const uint earlier = nextUndoElsewhere();
     const QVariantList before = records();
     makeMacroForF();
     QVERIFY(records() != before);
     click("mNewMacroCancel");
     QCOMPARE(records(), before);
+    QCOMPARE(nextUndoElsewhere(), earlier);
     // The keys go to the computer again.
     SentRecorder recorder;
     typeKey(keyB);
     QTRY_COMPARE(recorder.sent(), (QStringList{u"+7:5"_s, u"-7:5"_s}));
+}
+
+void MacrosEndToEndTest::deletionOfACancelledRecordingCanBeUndone()
+{
+    const QVariantList before = records();
+    makeMacroForF();
+    click("mNewMacroRecord");
+    const QVariantList recorded = records();
+    click("mNewMacroCancel");
+    QCOMPARE(records(), before);
+    for (const QVariantList &expected : {recorded, before}) {
+        QCOMPARE(callElsewhere(HistoryKeys::objectPath, HistoryKeys::interfaceName, "Undo"_L1, {nextUndoElsewhere()}),
+                 QString());
+        QCOMPARE(records(), expected);
+    }
+}
+
+void MacrosEndToEndTest::switchOfTheProfileKeepsANewMacro_data()
+{
+    QTest::addColumn<QString>("source");
+    for (const char *source : {"application in front", "another client"})
+        QTest::newRow(source) << QString::fromLatin1(source);
+}
+
+void MacrosEndToEndTest::switchOfTheProfileKeepsANewMacro()
+{
+    QFETCH(QString, source);
+    QVERIFY(mDaemon->request(Command::addProfile,
+                             {{DaemonProtocol::deviceSettingsDictionary,
+                               QVariantMap{{SettingsKeys::profileName, u"Game"_s},
+                                           {SettingsKeys::appInfo, QVariantMap{{u"application"_s, u"game"_s}}},
+                                           {SettingsKeys::autoSwitchOn, 1}}},
+                              {DaemonProtocol::keepsActiveProfile, true}}));
+    QTRY_COMPARE(mHub->controller->profilesArray().size(), 2);
+    makeMacroForF();
+    const QVariantList profiles = records().first().toList();
+    if (source == "application in front"_L1)
+        QCOMPARE(callElsewhere(FrontApplicationKeys::objectPath, FrontApplicationKeys::interfaceName, "Tell"_L1,
+                               {u"game"_s}),
+                 QString());
+    if (source == "another client"_L1)
+        QVERIFY(mDaemon->request(Command::switchProfile, {{DaemonProtocol::profileId, 1}}));
+    QTRY_VERIFY(!mHub->find<Sheet>("mNewMacroSheet")->isUp());
+    QCOMPARE(keptEvents(u"Untitled Macro"_s), (QStringList{u"+7:4"_s, u"-7:4"_s}));
+    QCOMPARE(records().first().toList().last(), profiles.last()); // no key of the other profile has changed
+    QCOMPARE(status(), u"The new macro “Untitled Macro” is stored, but no key plays it: the profile or the keyboard "
+                       "has changed."_s);
+    // The keys go to the computer again.
+    SentRecorder recorder;
+    typeKey(keyB);
+    QTRY_COMPARE(recorder.sent(), (QStringList{u"+7:5"_s, u"-7:5"_s}));
+}
+
+void MacrosEndToEndTest::removedKeyboardKeepsANewMacro()
+{
+    makeMacroForF();
+    QCOMPARE(mDaemon->callKeyboard(u"Remove"_s), QString());
+    QTRY_VERIFY(!mHub->find<Sheet>("mNewMacroSheet")->isUp());
+    QCOMPARE(keptEvents(u"Untitled Macro"_s), (QStringList{u"+7:4"_s, u"-7:4"_s}));
 }
 
 void MacrosEndToEndTest::pressedKeyPlaysTheEditedMacro()

@@ -138,6 +138,8 @@ void StatusWordsTest::describesTheEvents_data()
     add("macro", {Event::notAMacro, u"a.txt"_s}, u"The file “a.txt” is not a macro."_s);
     add("application", {Event::notAnApplication, u"a.txt"_s}, u"“a.txt” is not an application."_s);
     add("full", {Event::macroFull, u"Heal"_s}, u"The macro “Heal” is full. Further keys are not recorded."_s);
+    add("new macro kept", {Event::newMacroKept, u"Heal"_s},
+        u"The new macro “Heal” is stored, but no key plays it: the profile or the keyboard has changed."_s);
     add("no answer", {Event::noReply}, u"The keyboard service did not respond."_s);
     add("no answer to a change", {Event::noReplyToChange},
         u"The keyboard service did not respond. The change may be missing."_s);

@@ -57,6 +57,8 @@ public:
     void saveRecordedEventsForMacroAtIndexIsNewRecording(int macroIndex, int isNewRecording) override
     {
         calls << u"save %1 %2"_s.arg(macroIndex).arg(isNewRecording);
+        if (refusesToSave)
+            return;
         QVariantMap saved = macros.at(macroIndex).toMap();
         saved.insert(SettingsKeys::sequence, QVariantMap{{u"Events"_s, recorded}});
         macros[macroIndex] = saved;
@@ -77,13 +79,26 @@ public:
         handOver();
     }
     void recordButton(int button, bool isDown) override { calls << u"button %1 %2"_s.arg(button).arg(isDown); }
-    void handOver() const { controller->setMAllMacrosArray(macros); }
+    void beginAction() override { calls << u"begin"_s; }
+    void endAction() override { calls << u"end"_s; }
+    void report(const StatusReport &report) override
+    {
+        if (report.event == StatusReport::Event::newMacroKept)
+            calls << u"kept "_s + report.subject;
+    }
+    /// As the hub does after each change.
+    void handOver() const
+    {
+        controller->setMAllMacrosArray(macros);
+        controller->updateUISettings();
+    }
 
     KeyboardKeysController *controller = nullptr;
     QVariantList macros{numbered(u"Heal"_s, 3), numbered(u"Burst"_s, 5)};
     QVariantList recorded{MacroRecord::eventRecord({.command = MacroRecord::keyDown, .argument = 4}),
                           MacroRecord::eventRecord({.delayMs = 20, .argument = 4})};
     bool refusesToAdd = false;
+    bool refusesToSave = false;
 };
 
 void postLines(const QStringList &lines)
@@ -116,9 +131,14 @@ private Q_SLOTS:
     void cancellingDeletesTheMacro();
     void followsItsMacroToAnotherRow();
     void endsWithItsMacro();
-    void removedKeyboardEndsIt();
+    void removedKeyboardKeepsTheRecording();
     void returnedKeyboardLetsTheUserRecordAgain();
-    void anotherProfileEndsIt();
+    void anotherProfileKeepsTheRecording_data();
+    void anotherProfileKeepsTheRecording();
+    void anotherProfileLeavesNoEmptyMacro();
+    void recordingWithoutReplyIsNotDeleted();
+    void sameProfileKeepsTheSheet();
+    void keptMacroGetsItsTypedName();
     void captureAreaIsTheRecordingAlone();
     void keysOfTheRecordingPressNoButton();
     void clicksInTheButtonAreaAreRecorded();
@@ -129,6 +149,8 @@ private Q_SLOTS:
 
 private:
     void open();
+    /// Activates another profile, as another client, a key or the application in front does.
+    void switchProfile();
     void click(const char *button) { mTab->find<QPushButton>(button)->click(); }
     [[nodiscard]] ButtonArea *buttonArea() const { return mTab->find<ButtonArea>("mNewMacroButtonArea"); }
     [[nodiscard]] Sheet *sheet() const { return mTab->find<Sheet>("mNewMacroSheet"); }
@@ -177,8 +199,8 @@ void NewMacroTest::recordsNamesAndAssigns()
     mTab->find<QLineEdit>("mNewMacroName")->setText(u"Opening"_s);
     click("mNewMacroAssign");
     QVERIFY(!isUp());
-    QCOMPARE(mKeeper.calls, (QStringList{u"add"_s, u"start 0 2"_s, u"stop"_s, u"save 2 0"_s, u"rename 2 Opening"_s,
-                                         u"updateKeySettings"_s}));
+    QCOMPARE(mKeeper.calls, (QStringList{u"add"_s, u"begin"_s, u"start 0 2"_s, u"stop"_s, u"save 2 0"_s,
+                                         u"rename 2 Opening"_s, u"updateKeySettings"_s, u"end"_s}));
     QCOMPARE(mKeeper.sentEntry(u"106"_s), entry(macroAssignment, 2, 1));
 }
 
@@ -315,7 +337,9 @@ void NewMacroTest::cancellingDeletesTheMacro()
         click("mNewMacroCancel");
     QVERIFY(!isUp());
     QVERIFY(!mTab->controller->captureArea());
-    QCOMPARE(mKeeper.calls, isRecorded ? QStringList{u"delete 2"_s} : (QStringList{u"stop"_s, u"delete 2"_s}));
+    // The deletion of recorded events can be undone alone.
+    QCOMPARE(mKeeper.calls,
+             isRecorded ? (QStringList{u"end"_s, u"delete 2"_s}) : (QStringList{u"stop"_s, u"delete 2"_s, u"end"_s}));
     QCOMPARE(mKeeper.macros, before);
     // The next one is a new macro.
     open();
@@ -345,14 +369,14 @@ void NewMacroTest::endsWithItsMacro()
     QVERIFY(mKeeper.sent.isEmpty());
 }
 
-void NewMacroTest::removedKeyboardEndsIt()
+void NewMacroTest::removedKeyboardKeepsTheRecording()
 {
     open();
     mKeeper.calls.clear();
     mTab->controller->setControlsState(false);
     QVERIFY(!isUp());
     QVERIFY(!mTab->controller->captureArea());
-    QCOMPARE(mKeeper.calls, QStringList{u"delete 2"_s});
+    QCOMPARE(mKeeper.calls, (QStringList{u"save 2 0"_s, u"end"_s, u"kept Untitled Macro"_s}));
     mKeeper.calls.clear();
     open();
     QVERIFY(!isUp());
@@ -371,17 +395,82 @@ void NewMacroTest::returnedKeyboardLetsTheUserRecordAgain()
     QCOMPARE(mKeeper.calls, QStringList{u"start 0 2"_s});
 }
 
-void NewMacroTest::anotherProfileEndsIt()
+void NewMacroTest::switchProfile()
 {
-    open();
-    click("mNewMacroRecord");
     mTab->controller->setMKeysCurrentProfileDict(profile(u"Other"_s));
     mTab->controller->setMAllProfilesArray({profile(u"P"_s), profile(u"Other"_s)});
     mTab->controller->setMDeviceSettingsDict({{SettingsKeys::activeProfile, 1}});
     mTab->controller->updateUISettings();
+}
+
+void NewMacroTest::anotherProfileKeepsTheRecording_data()
+{
+    QTest::addColumn<bool>("isRecorded");
+    QTest::newRow("while recording") << false;
+    QTest::newRow("after the recording") << true;
+}
+
+void NewMacroTest::anotherProfileKeepsTheRecording()
+{
+    QFETCH(bool, isRecorded);
+    open();
+    if (isRecorded)
+        click("mNewMacroRecord");
+    mKeeper.calls.clear();
+    switchProfile();
     QVERIFY(!isUp());
-    QVERIFY(mKeeper.calls.contains(u"delete 2"_s));
-    QVERIFY(mKeeper.sent.isEmpty());
+    QVERIFY(!mTab->controller->captureArea());
+    const QStringList kept{u"end"_s, u"kept Untitled Macro"_s};
+    QCOMPARE(mKeeper.calls, isRecorded ? kept : QStringList({u"stop"_s, u"save 2 0"_s}) + kept);
+    QCOMPARE(MacroRecord::events(mKeeper.macros.value(2).toMap()), mKeeper.recorded);
+    QVERIFY(mKeeper.sent.isEmpty()); // the other profile has not changed
+    open();
+    QVERIFY(isUp());
+}
+
+void NewMacroTest::anotherProfileLeavesNoEmptyMacro()
+{
+    mKeeper.recorded.clear();
+    const QVariantList before = mKeeper.macros;
+    open();
+    switchProfile();
+    QVERIFY(!isUp());
+    QCOMPARE(mKeeper.macros, before);
+    QCOMPARE(mKeeper.calls.last(), u"end"_s);
+}
+
+void NewMacroTest::recordingWithoutReplyIsNotDeleted()
+{
+    mKeeper.refusesToSave = true;
+    open();
+    postLines({u"Key Press A"_s});
+    QTRY_COMPARE(mTab->find<QListWidget>("mNewMacroEvents")->count(), 1);
+    switchProfile();
+    QVERIFY(!isUp());
+    // The daemon may store the recording later.
+    QCOMPARE(mKeeper.calls.filter(u"delete"_s), QStringList());
+    QCOMPARE(mKeeper.calls.filter(u"kept"_s), QStringList()); // the status line has the failure
+}
+
+void NewMacroTest::sameProfileKeepsTheSheet()
+{
+    open();
+    mTab->controller->updateUISettings();
+    QVERIFY(isUp());
+    QVERIFY(mTab->controller->captureArea());
+    click("mNewMacroRecord");
+    mTab->controller->updateUISettings();
+    QVERIFY(isUp());
+}
+
+void NewMacroTest::keptMacroGetsItsTypedName()
+{
+    open();
+    click("mNewMacroRecord");
+    mTab->find<QLineEdit>("mNewMacroName")->setText(u"Heal"_s);
+    mKeeper.calls.clear();
+    switchProfile();
+    QCOMPARE(mKeeper.calls, (QStringList{u"rename 2 Heal(2)"_s, u"end"_s, u"kept Heal(2)"_s}));
 }
 
 void NewMacroTest::captureAreaIsTheRecordingAlone()

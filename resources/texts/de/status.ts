@@ -33,6 +33,7 @@
     <message id="lkeyStatusNotAMacro"><source>lkeyStatusNotAMacro</source><translation>Die Datei „%@“ ist kein Makro.</translation></message>
     <message id="lkeyStatusNotAnApplication"><source>lkeyStatusNotAnApplication</source><translation>„%@“ ist keine Anwendung.</translation></message>
     <message id="lkeyStatusMacroFull"><source>lkeyStatusMacroFull</source><translation>Das Makro „%@“ ist voll. Weitere Tasten werden nicht aufgenommen.</translation></message>
+    <message id="lkeyStatusNewMacroKept"><source>lkeyStatusNewMacroKept</source><translation>Das neue Makro „%@“ ist gespeichert, aber keine Taste spielt es ab: Das Profil oder die Tastatur hat gewechselt.</translation></message>
     <message id="lkeyStatusRefused"><source>lkeyStatusRefused</source><translation>Der Tastaturdienst hat das abgelehnt: %@.</translation></message>
     <message id="lkeyStatusNoReply"><source>lkeyStatusNoReply</source><translation>Der Tastaturdienst hat nicht geantwortet.</translation></message>
     <message id="lkeyStatusNoReplyToChange"><source>lkeyStatusNoReplyToChange</source><translation>Der Tastaturdienst hat nicht geantwortet. Die Änderung fehlt möglicherweise.</translation></message>

@@ -33,6 +33,7 @@
     <message id="lkeyStatusNotAMacro"><source>lkeyStatusNotAMacro</source><translation>The file “%@” is not a macro.</translation></message>
     <message id="lkeyStatusNotAnApplication"><source>lkeyStatusNotAnApplication</source><translation>“%@” is not an application.</translation></message>
     <message id="lkeyStatusMacroFull"><source>lkeyStatusMacroFull</source><translation>The macro “%@” is full. Further keys are not recorded.</translation></message>
+    <message id="lkeyStatusNewMacroKept"><source>lkeyStatusNewMacroKept</source><translation>The new macro “%@” is stored, but no key plays it: the profile or the keyboard has changed.</translation></message>
     <message id="lkeyStatusRefused"><source>lkeyStatusRefused</source><translation>The keyboard service has refused this: %@.</translation></message>
     <message id="lkeyStatusNoReply"><source>lkeyStatusNoReply</source><translation>The keyboard service did not respond.</translation></message>
     <message id="lkeyStatusNoReplyToChange"><source>lkeyStatusNoReplyToChange</source><translation>The keyboard service did not respond. The change may be missing.</translation></message>

@@ -33,6 +33,7 @@
     <message id="lkeyStatusNotAMacro"><source>lkeyStatusNotAMacro</source><translation>El archivo «%@» no es una macro.</translation></message>
     <message id="lkeyStatusNotAnApplication"><source>lkeyStatusNotAnApplication</source><translation>«%@» no es una aplicación.</translation></message>
     <message id="lkeyStatusMacroFull"><source>lkeyStatusMacroFull</source><translation>La macro «%@» está llena. No se grabarán más teclas.</translation></message>
+    <message id="lkeyStatusNewMacroKept"><source>lkeyStatusNewMacroKept</source><translation>La nueva macro «%@» está guardada, pero ninguna tecla la reproduce: ha cambiado el perfil o el teclado.</translation></message>
     <message id="lkeyStatusRefused"><source>lkeyStatusRefused</source><translation>El servicio del teclado lo ha rechazado: %@.</translation></message>
     <message id="lkeyStatusNoReply"><source>lkeyStatusNoReply</source><translation>El servicio del teclado no ha respondido.</translation></message>
     <message id="lkeyStatusNoReplyToChange"><source>lkeyStatusNoReplyToChange</source><translation>El servicio del teclado no ha respondido. Puede que el cambio se haya perdido.</translation></message>

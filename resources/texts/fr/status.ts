@@ -33,6 +33,7 @@
     <message id="lkeyStatusNotAMacro"><source>lkeyStatusNotAMacro</source><translation>Le fichier « %@ » n’est pas une macro.</translation></message>
     <message id="lkeyStatusNotAnApplication"><source>lkeyStatusNotAnApplication</source><translation>« %@ » n’est pas une application.</translation></message>
     <message id="lkeyStatusMacroFull"><source>lkeyStatusMacroFull</source><translation>La macro « %@ » est pleine. Les touches suivantes ne sont pas enregistrées.</translation></message>
+    <message id="lkeyStatusNewMacroKept"><source>lkeyStatusNewMacroKept</source><translation>La nouvelle macro « %@ » est enregistrée, mais aucune touche ne l’exécute : le profil ou le clavier a changé.</translation></message>
     <message id="lkeyStatusRefused"><source>lkeyStatusRefused</source><translation>Le service du clavier a refusé cette action : %@.</translation></message>
     <message id="lkeyStatusNoReply"><source>lkeyStatusNoReply</source><translation>Le service du clavier n’a pas répondu.</translation></message>
     <message id="lkeyStatusNoReplyToChange"><source>lkeyStatusNoReplyToChange</source><translation>Le service du clavier n’a pas répondu. La modification est peut-être perdue.</translation></message>

@@ -33,6 +33,7 @@
     <message id="lkeyStatusNotAMacro"><source>lkeyStatusNotAMacro</source><translation>ファイル「%@」はマクロではありません。</translation></message>
     <message id="lkeyStatusNotAnApplication"><source>lkeyStatusNotAnApplication</source><translation>「%@」はアプリケーションではありません。</translation></message>
     <message id="lkeyStatusMacroFull"><source>lkeyStatusMacroFull</source><translation>マクロ「%@」はいっぱいです。これ以上のキーは記録されません。</translation></message>
+    <message id="lkeyStatusNewMacroKept"><source>lkeyStatusNewMacroKept</source><translation>新しいマクロ「%@」は保存されましたが、どのキーにも割り当てられていません。プロファイルまたはキーボードが変わりました。</translation></message>
     <message id="lkeyStatusRefused"><source>lkeyStatusRefused</source><translation>キーボードのサービスに拒否されました: %@。</translation></message>
     <message id="lkeyStatusNoReply"><source>lkeyStatusNoReply</source><translation>キーボードのサービスが応答しませんでした。</translation></message>
     <message id="lkeyStatusNoReplyToChange"><source>lkeyStatusNoReplyToChange</source><translation>キーボードのサービスが応答しませんでした。変更が反映されていない可能性があります。</translation></message>

@@ -33,6 +33,7 @@
     <message id="lkeyStatusNotAMacro"><source>lkeyStatusNotAMacro</source><translation>文件“%@”不是宏。</translation></message>
     <message id="lkeyStatusNotAnApplication"><source>lkeyStatusNotAnApplication</source><translation>“%@”不是应用程序。</translation></message>
     <message id="lkeyStatusMacroFull"><source>lkeyStatusMacroFull</source><translation>宏“%@”已满，后续按键不会被录制。</translation></message>
+    <message id="lkeyStatusNewMacroKept"><source>lkeyStatusNewMacroKept</source><translation>新宏“%@”已保存，但没有按键播放它：配置文件或键盘已更改。</translation></message>
     <message id="lkeyStatusRefused"><source>lkeyStatusRefused</source><translation>键盘服务拒绝了此操作：%@。</translation></message>
     <message id="lkeyStatusNoReply"><source>lkeyStatusNoReply</source><translation>键盘服务没有响应。</translation></message>
     <message id="lkeyStatusNoReplyToChange"><source>lkeyStatusNoReplyToChange</source><translation>键盘服务没有响应，更改可能未生效。</translation></message>
