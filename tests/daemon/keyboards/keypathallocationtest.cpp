@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // An ordinary key allocates nothing on its way from the channel and back, nor from an event device to the output
 // device. It also locks nothing there. The test counts every allocation of the process, and every lock of the C
-// library.
+// library. It cannot count a QMutex: the lock of a free one is inline code.
 #include "daemon/keyboards/keypath.h"
 #include "daemon/keyboards/linux/keythread.h"
 #include "daemon/system/deadlinetimer.h"
