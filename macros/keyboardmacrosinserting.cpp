@@ -19,7 +19,8 @@ void KeyboardMacrosController::openInsertSheet()
     if (macroRow() < 0 || !mInsertWindow)
         return; // another client has deleted the macro
     mEventsBeforeInsertion = selected.all;
-    mInsertWindow->ask(mMacrosWindow, selected.all, selected.indexes);
+    mInsertWindow->ask(mMacrosWindow, selected.all, MacroRecord::capacity(mMacrosSettingsArray, macroRow()),
+                       selected.indexes);
     mEventsSubject.note(mInsertWindow, eventsOfSelectedMacro());
 }
 

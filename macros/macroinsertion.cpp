@@ -3,7 +3,6 @@
 
 #include "macros/macroedits.h"
 #include "macros/macropairs.h"
-#include "macros/macrorecord.h"
 
 namespace {
 
@@ -32,11 +31,13 @@ QList<int> rowsOf(const QVariantList &events, int first, int count)
     return rows;
 }
 
-Result<MacroInsertion::Outcome, MacroInsertion::Problem> withPause(const QVariantList &events, int place, int delayMs)
+Result<MacroInsertion::Outcome, MacroInsertion::Problem> withPause(const QVariantList &events, int place, int delayMs,
+                                                                   int capacity)
 {
     using Problem = MacroInsertion::Problem;
     const bool isFirst = place == 0;
-    if (events.size() + (isFirst ? 1 : 0) + (place == events.size() ? 1 : 0) > MacroRecord::maximumEvents)
+    const int added = (isFirst ? 1 : 0) + (place == events.size() ? 1 : 0);
+    if (added > 0 && events.size() + added > capacity)
         return Problem::tooManyEvents;
     std::optional<QVariantList> changed = MacroEdits::insertingPause(events, place, delayMs);
     if (!changed)
@@ -48,14 +49,14 @@ Result<MacroInsertion::Outcome, MacroInsertion::Problem> withPause(const QVarian
 
 } // namespace
 
-Result<MacroInsertion::Outcome, MacroInsertion::Problem> MacroInsertion::into(const QVariantList &events,
-                                                                              int place) const
+Result<MacroInsertion::Outcome, MacroInsertion::Problem> MacroInsertion::into(const QVariantList &events, int place,
+                                                                              int capacity) const
 {
     if (kind == Kind::pause)
-        return withPause(events, place, pauseMs);
+        return withPause(events, place, pauseMs, capacity);
     const QVariantList added = newEvents(*this);
     const std::optional<QVariantList> changed = MacroEdits::inserting(events, place, added);
-    if (!changed)
+    if (!changed || changed->size() > capacity)
         return Problem::tooManyEvents;
     const QList<int> rows = rowsOf(*changed, place, static_cast<int>(added.size()));
     return Outcome{.events = *changed,

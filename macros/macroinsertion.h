@@ -5,6 +5,7 @@
 
 #include "base/hidusage.h"
 #include "base/result.h"
+#include "macros/macrorecord.h"
 
 #include <QList>
 #include <QVariantList>
@@ -13,7 +14,7 @@ struct MacroInsertion
 {
     enum class Kind { press, release, tap, click, pause };
     enum class Problem {
-        tooManyEvents, ///< for one macro
+        tooManyEvents, ///< more than the macro may have
         pauseTooLong,  ///< a pause is added to the one that is there
     };
 
@@ -30,8 +31,10 @@ struct MacroInsertion
     int pauseMs = 0; ///< before the first new event, or the pause itself
     int holdMs = 0;  ///< between the press and the release of a tap or a click
 
-    /// Inserts before the event at `place`; the number of events means at the end. A pause makes the delay of that
-    /// event longer. The list has no row for the delay of the first event: a pause before it becomes the delay of a
-    /// second one, behind an event that does nothing.
-    [[nodiscard]] Result<Outcome, Problem> into(const QVariantList &events, int place) const;
+    /// Inserts before the event at `place`; the number of events means at the end. `capacity`: how many events the
+    /// macro may have, as MacroRecord::capacity(). A pause makes the delay of that event longer. The list has no row
+    /// for the delay of the first event: a pause before it becomes the delay of a second one, behind an event that does
+    /// nothing.
+    [[nodiscard]] Result<Outcome, Problem> into(const QVariantList &events, int place,
+                                                int capacity = MacroRecord::maximumEvents) const;
 };

@@ -19,6 +19,7 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <array>
 
 using namespace Qt::StringLiterals;
@@ -169,9 +170,10 @@ void MacroInsertSheet::layOut()
     setMinimumWidth(sheetWidth);
 }
 
-void MacroInsertSheet::ask(QWidget *window, const QVariantList &events, const QList<int> &selected)
+void MacroInsertSheet::ask(QWidget *window, const QVariantList &events, int capacity, const QList<int> &selected)
 {
     mEvents = events;
+    mCapacity = capacity;
     mSelected = selected;
     mPlace->setVisible(!selected.isEmpty());
     showCapturing(false);
@@ -231,6 +233,11 @@ int MacroInsertSheet::place() const
     return mPlace->selectedRow() == beforeSelected ? mSelected.first() : mSelected.last() + 1;
 }
 
+Result<MacroInsertion::Outcome, MacroInsertion::Problem> MacroInsertSheet::outcome() const
+{
+    return insertion().into(mEvents, place(), mCapacity);
+}
+
 void MacroInsertSheet::showKind()
 {
     const Kind kind = insertion().kind;
@@ -253,25 +260,26 @@ void MacroInsertSheet::showOutcome()
     const bool needsHold = wanted.kind == Kind::tap || wanted.kind == Kind::click;
     const bool isComplete = !mPause->text().isEmpty() && wanted.pauseMs >= (wanted.kind == Kind::pause ? 1 : 0)
                             && (!needsHold || (!mHold->text().isEmpty() && wanted.holdMs >= 0));
-    const auto outcome = wanted.into(mEvents, place());
+    const auto made = outcome();
     QString words;
-    if (outcome && outcome->addsUnpaired)
+    if (made && made->addsUnpaired)
         words = localizedText("lkeyInsertUnpaired");
-    else if (!outcome && outcome.error() == MacroInsertion::Problem::pauseTooLong)
+    else if (!made && made.error() == MacroInsertion::Problem::pauseTooLong)
         words = localizedText("lkeyInsertTooLong");
-    else if (!outcome)
-        words = localizedFormat("lkeyInsertFull", {QString::number(MacroRecord::maximumEvents)});
+    else if (!made)
+        words =
+            localizedFormat("lkeyInsertFull", {QString::number(std::max<qsizetype>(0, mCapacity - mEvents.size()))});
     mOutcome->setText(words);
     mKind->setAccessibleDescription(words);
     mInsert->setAccessibleDescription(words);
-    mInsert->setEnabled(isComplete && outcome);
+    mInsert->setEnabled(isComplete && made);
 }
 
 void MacroInsertSheet::insert()
 {
-    const auto outcome = insertion().into(mEvents, place());
-    if (!outcome)
+    const auto made = outcome();
+    if (!made)
         return;
     endSheet();
-    Q_EMIT insertRequested(*outcome);
+    Q_EMIT insertRequested(*made);
 }

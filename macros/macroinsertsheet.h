@@ -24,9 +24,9 @@ class MacroInsertSheet : public Sheet
 public:
     explicit MacroInsertSheet(QWidget *parent = nullptr);
 
-    /// Comes up on `window` for a macro with these events (event dictionaries). `selected`: the indexes of the selected
-    /// events, ascending; without one, the new events come at the end.
-    void ask(QWidget *window, const QVariantList &events, const QList<int> &selected);
+    /// Comes up on `window` for a macro with these events (event dictionaries). `capacity`: as MacroRecord::capacity().
+    /// `selected`: the indexes of the selected events, ascending; without one, the new events come at the end.
+    void ask(QWidget *window, const QVariantList &events, int capacity, const QList<int> &selected);
     /// Chooses this key of the keyboard page, also one that the list does not have.
     void chooseKey(int code);
 
@@ -49,12 +49,14 @@ private:
     void layOut();
     void fillKeys();
     [[nodiscard]] MacroInsertion insertion() const;
+    [[nodiscard]] Result<MacroInsertion::Outcome, MacroInsertion::Problem> outcome() const;
     [[nodiscard]] int place() const; ///< the index of the event before which the new ones come
     void showKind();
     void showOutcome();
     void insert();
 
     QVariantList mEvents; ///< of the macro
+    int mCapacity = 0;    ///< how many it may have
     QList<int> mSelected;
     QList<int> mKeyCodes; ///< of the items of mKey
     int mKeyCode = 0;     ///< the chosen key

@@ -342,7 +342,7 @@ void MainWindowTest::mnemonicsDifferInEveryTabAndSheet()
     }
     MacroInsertSheet insertion; // the tab shows it on the window only when it comes up
     auto *kinds = insertion.findChild<PopUpButton *>(u"mInsertKind"_s);
-    insertion.ask(mHub->window.get(), {}, {0});
+    insertion.ask(mHub->window.get(), {}, 0, {0});
     QVERIFY(QTest::qWaitForWindowExposed(&insertion));
     for (int kind = 0; kind < kinds->numberOfItems(); ++kind) {
         kinds->itemAtIndex(kind)->trigger();

@@ -160,7 +160,7 @@ private slots:
         }
         MacroInsertSheet insertion;
         insertion.showSource({CaptureSource::Kind::realKeyboards, u"Quill Kestra"_s});
-        insertion.ask(hub.window.get(), {}, {0});
+        insertion.ask(hub.window.get(), {}, 0, {0});
         QVERIFY(QTest::qWaitForWindowExposed(&insertion));
         auto *kinds = insertion.findChild<PopUpButton *>(u"mInsertKind"_s);
         for (int kind = 0; kind < kinds->numberOfItems(); ++kind) {

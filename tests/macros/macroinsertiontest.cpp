@@ -160,6 +160,11 @@ void MacroInsertionTest::keepsTheLimits()
     QVERIFY(problemOf(wait, waits(limit), 5) == std::nullopt); // makes a delay longer
     QVERIFY(problemOf(wait, waits(limit), 0) == Problem::tooManyEvents);
     QVERIFY(problemOf(wait, waits(limit), limit) == Problem::tooManyEvents);
+    // Of a macro that may have fewer
+    QVERIFY(tap.into(waits(8), 0, 10));
+    QVERIFY(!tap.into(waits(9), 0, 10));
+    QVERIFY(!wait.into(waits(10), 10, 10));
+    QVERIFY(wait.into(waits(10), 5, 10));
     constexpr int longest = std::numeric_limits<int>::max();
     QVERIFY(problemOf(wait, {pause(0), pause(longest - 10)}, 1) == std::nullopt);
     QVERIFY(problemOf(wait, {pause(0), pause(longest - 9)}, 1) == Problem::pauseTooLong);

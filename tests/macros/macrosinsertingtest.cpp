@@ -19,6 +19,8 @@
 #include <QRadioButton>
 #include <QTest>
 
+#include <algorithm>
+
 using namespace MacrosTesting;
 using Kind = MacroInsertion::Kind;
 
@@ -54,6 +56,7 @@ private Q_SLOTS:
     void needsNumbers();
     void pointsOutAPressWithoutItsRelease();
     void reportsAFullMacro();
+    void leavesRoomForTheOtherMacros();
     void refusedInsertionKeepsTheSelection();
     void sheetClosesWithItsEvents();
     void readsThePresentEventsFirst();
@@ -366,10 +369,28 @@ void MacrosInsertingTest::reportsAFullMacro()
 {
     fillEvents(QVariantList(MacroRecord::maximumEvents, MacroEdits::press(keyA)));
     openFor({2}, Kind::tap);
-    QCOMPARE(outcome(), u"A macro can have at most 10000 events."_s);
+    QCOMPARE(outcome(), u"This macro has room for only 0 more events."_s);
     QVERIFY(!button("mInsertOK")->isEnabled());
     popUp("mInsertKind")->itemAtIndex(int(Kind::pause))->trigger(); // makes a delay longer
     QCOMPARE(outcome(), QString());
+    QVERIFY(button("mInsertOK")->isEnabled());
+}
+
+void MacrosInsertingTest::leavesRoomForTheOtherMacros()
+{
+    fillEvents(twoTaps());
+    const QVariantList longest(MacroRecord::maximumEvents, MacroEdits::press(keyA));
+    int left = MacroRecord::maximumTotalEvents - 5; // one more than the selected macro has
+    for (int number = 3; left > 0; ++number) {
+        const int count = std::min(left, MacroRecord::maximumEvents);
+        mDelegate->macros += MacroRecord::withEvents(numberedMacros({number}).first().toMap(), longest.first(count));
+        left -= count;
+    }
+    mDelegate->refresh();
+    openFor({2}, Kind::tap);
+    QCOMPARE(outcome(), u"This macro has room for only 1 more events."_s);
+    QVERIFY(!button("mInsertOK")->isEnabled());
+    popUp("mInsertKind")->itemAtIndex(int(Kind::press))->trigger();
     QVERIFY(button("mInsertOK")->isEnabled());
 }
 

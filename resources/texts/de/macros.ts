@@ -136,6 +136,6 @@
     <message id="lkeyInsertAfter"><source>lkeyInsertAfter</source><translation>Nach der Auswahl</translation></message>
     <message id="lkeyInsertUnpaired"><source>lkeyInsertUnpaired</source><translation>Im Makro steht danach ein Drücken ohne Loslassen oder umgekehrt.</translation></message>
     <message id="lkeyInsertTooLong"><source>lkeyInsertTooLong</source><translation>Die Pause würde zu lang.</translation></message>
-    <message id="lkeyInsertFull"><source>lkeyInsertFull</source><translation>Ein Makro kann höchstens %@ Ereignisse enthalten.</translation></message>
+    <message id="lkeyInsertFull"><source>lkeyInsertFull</source><translation>In diesem Makro ist nur noch Platz für %@ Ereignisse.</translation></message>
 </context>
 </TS>

@@ -136,6 +136,6 @@
     <message id="lkeyInsertAfter"><source>lkeyInsertAfter</source><translation>After the selection</translation></message>
     <message id="lkeyInsertUnpaired"><source>lkeyInsertUnpaired</source><translation>The macro will then have a press without its release, or the reverse.</translation></message>
     <message id="lkeyInsertTooLong"><source>lkeyInsertTooLong</source><translation>The pause would be too long.</translation></message>
-    <message id="lkeyInsertFull"><source>lkeyInsertFull</source><translation>A macro can have at most %@ events.</translation></message>
+    <message id="lkeyInsertFull"><source>lkeyInsertFull</source><translation>This macro has room for only %@ more events.</translation></message>
 </context>
 </TS>

@@ -136,6 +136,6 @@
     <message id="lkeyInsertAfter"><source>lkeyInsertAfter</source><translation>Después de la selección</translation></message>
     <message id="lkeyInsertUnpaired"><source>lkeyInsertUnpaired</source><translation>La macro tendrá entonces una pulsación sin su liberación, o al revés.</translation></message>
     <message id="lkeyInsertTooLong"><source>lkeyInsertTooLong</source><translation>La pausa sería demasiado larga.</translation></message>
-    <message id="lkeyInsertFull"><source>lkeyInsertFull</source><translation>Una macro puede tener como máximo %@ eventos.</translation></message>
+    <message id="lkeyInsertFull"><source>lkeyInsertFull</source><translation>En esta macro solo caben %@ eventos más.</translation></message>
 </context>
 </TS>

@@ -136,6 +136,6 @@
     <message id="lkeyInsertAfter"><source>lkeyInsertAfter</source><translation>Après la sélection</translation></message>
     <message id="lkeyInsertUnpaired"><source>lkeyInsertUnpaired</source><translation>La macro aura alors un appui sans relâchement, ou l’inverse.</translation></message>
     <message id="lkeyInsertTooLong"><source>lkeyInsertTooLong</source><translation>Le délai serait trop long.</translation></message>
-    <message id="lkeyInsertFull"><source>lkeyInsertFull</source><translation>Une macro peut contenir au maximum %@ événements.</translation></message>
+    <message id="lkeyInsertFull"><source>lkeyInsertFull</source><translation>Cette macro ne peut plus recevoir que %@ événements.</translation></message>
 </context>
 </TS>

@@ -136,6 +136,6 @@
     <message id="lkeyInsertAfter"><source>lkeyInsertAfter</source><translation>選択した行の後</translation></message>
     <message id="lkeyInsertUnpaired"><source>lkeyInsertUnpaired</source><translation>挿入すると、押す操作と離す操作の対応が崩れます。</translation></message>
     <message id="lkeyInsertTooLong"><source>lkeyInsertTooLong</source><translation>待ち時間が長くなりすぎます。</translation></message>
-    <message id="lkeyInsertFull"><source>lkeyInsertFull</source><translation>1 つのマクロのイベントは %@ 件までです。</translation></message>
+    <message id="lkeyInsertFull"><source>lkeyInsertFull</source><translation>このマクロに追加できるイベントはあと %@ 件です。</translation></message>
 </context>
 </TS>

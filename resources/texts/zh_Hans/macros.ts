@@ -136,6 +136,6 @@
     <message id="lkeyInsertAfter"><source>lkeyInsertAfter</source><translation>所选行之后</translation></message>
     <message id="lkeyInsertUnpaired"><source>lkeyInsertUnpaired</source><translation>插入后，宏中会有按下事件缺少松开事件，或反之。</translation></message>
     <message id="lkeyInsertTooLong"><source>lkeyInsertTooLong</source><translation>延迟会过长。</translation></message>
-    <message id="lkeyInsertFull"><source>lkeyInsertFull</source><translation>一个宏最多可有 %@ 个事件。</translation></message>
+    <message id="lkeyInsertFull"><source>lkeyInsertFull</source><translation>此宏只能再容纳 %@ 个事件。</translation></message>
 </context>
 </TS>
