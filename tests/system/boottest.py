@@ -52,9 +52,9 @@ def make_payload(payload, packages, modules_folder, modules):
     for name in PACKAGES:
         shutil.copy(package_file(packages, name), payload / "packages" / f"{name}.deb")
         make_lower_version(packages, name, payload / "packages/lower" / f"{name}.deb")
-    for name in ("agent.py", "driver.py", "scenarios.py"):
-        (payload / "system").mkdir(exist_ok=True)
-        shutil.copy(HERE / "guest" / name, payload / "system" / name)
+    (payload / "system").mkdir()
+    for source in (HERE / "guest").glob("*.py"):
+        shutil.copy(source, payload / "system")
     units = payload / "etc/systemd/system"
     units.mkdir(parents=True)
     shutil.copy(HERE / "guest/kestra-system.service", units)

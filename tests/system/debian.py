@@ -19,6 +19,8 @@ SEAT = ("acl", "dbus", "dbus-user-session", "kmod", "libpam-systemd", "pkexec", 
         "rtkit", "systemd", "systemd-sysv", "udev")
 # The tools that a file manager asks about files.
 FILE_MANAGER = ("desktop-file-utils", "libglib2.0-bin", "shared-mime-info")
+# A virtual display, and tools that find and move the controls on it.
+DISPLAY = ("at-spi2-core", "xdotool", "xvfb")
 
 # Two desktops, a notification service for the one that has none, and tools of the scenarios.
 DESKTOPS = ("at-spi2-core", "dbus", "gjs", "gnome-shell", "kwin-wayland", "libgl1-mesa-dri", "libglib2.0-dev-bin",
@@ -86,7 +88,7 @@ def made_debian(name, suffix, packages, *options):
 
 def system_archive(folder):
     """A Debian with the dependencies of the packages in this folder and with a seat, without them, as an archive."""
-    return made_debian("debian", ".tar", dependencies(folder).union(SEAT, FILE_MANAGER))
+    return made_debian("debian", ".tar", dependencies(folder).union(SEAT, FILE_MANAGER, DISPLAY))
 
 
 def desktops_folder(folder):

@@ -9,6 +9,7 @@ import time
 import traceback
 from pathlib import Path
 
+from display import Display
 from driver import OUTPUT, Keyboard, Reader, User, node_of, nodes_of_user, output_node, run, wait_until
 
 HELPER = "/usr/libexec/quill-kestra-keyboard-rule"
@@ -150,6 +151,42 @@ def installation_enables_the_service_and_gives_the_right_to_type():
     check_equal(user.service("is-enabled", SERVICE).stdout.strip(), "enabled", "the service for users")
     wait_until(lambda: "/dev/uinput" in nodes_of_user(user), "the right to uinput, without a new session")
     check_equal(nodes_of_user(user) & {keyboards["a"].node, keyboards["b"].node}, set(), "the rights to keyboards")
+
+
+@scenario
+def a_new_user_needs_the_window_alone():
+    check_equal(user.main_process(), 0, "the process of the service")
+    polkit_answers("YES")
+    keyboard = keyboards["a"]
+    display = Display(user)
+    display.open_window()
+    # The service does not run yet: the window says so, and starts it.
+    display.use_window("click=OK", "click=Start")
+    wait_for_daemon()
+    # The keyboard, and the right to it.
+    display.use_window("click=Keyboard…", "row=Board A", "shown=No access yet", "click=Use this keyboard")
+    wait_for_use(keyboard)
+    check_equal(len(real_rules()), 1, "the number of rules")
+    reader = Reader(output_node())
+    keyboard.tap("D")
+    reader.expect("D down", "D up")
+    # D becomes C, which is pressed on the keyboard in use.
+    display.use_window("click=Close", "focus=Quill Kestra", "click=D", "menu=Assignment:", "keys=Down,Return",
+                       f"shown=On “{keyboard.name}”, press the key that the selected key should send.")
+    keyboard.tap("C")
+    display.use_window("click=OK")
+    wait_until(lambda: user.ctl("key", "D").startswith("D: single key C"), "the assignment")
+    keyboard.tap("D")
+    reader.expect("C down", "C up")
+    reader.close()
+    # Everything is taken back.
+    display.use_window("click=Keyboard…", "click=Also remove the access", "click=Release keyboard")
+    wait_until(lambda: not real_rules(), "the end of the rule")
+    wait_until(lambda: keyboard.node not in nodes_of_user(user), "the end of the right")
+    display.use_window("click=Close")
+    display.close()
+    POLKIT_RULE.unlink()
+    user.ctl("key", "D", "default")
 
 
 @scenario
