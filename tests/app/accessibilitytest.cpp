@@ -10,6 +10,7 @@
 #include "tests/app/hubfixture.h"
 #include "tests/support/daemonprocessfixture.h"
 #include "tests/support/testmain.h"
+#include "tests/support/texts.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
@@ -145,15 +146,14 @@ void AccessibilityTest::init()
 void AccessibilityTest::everyControlHasAName_data()
 {
     QTest::addColumn<QString>("language");
-    for (const QString &file :
-         QDir(qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/texts"_s).entryList({u"*.qm"_s}))
+    for (const QString &file : QDir(textsFolder()).entryList({u"*.qm"_s}))
         QTest::newRow(qPrintable(file.chopped(3))) << file.chopped(3);
 }
 
 void AccessibilityTest::everyControlHasAName()
 {
     QFETCH(QString, language);
-    installTexts(qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/texts"_s, {language});
+    installTexts(textsFolder(), {language});
     const Hub hub;
     hub.controller->initializeDevice();
     auto *tabs = hub.find<QTabWidget>("mKeyboardTabView");

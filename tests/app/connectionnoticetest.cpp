@@ -8,6 +8,7 @@
 #include "platform/mnemonics.h"
 #include "tests/app/hubfixture.h"
 #include "tests/support/testmain.h"
+#include "tests/support/texts.h"
 
 #include <QDBusConnection>
 #include <QDBusContext>
@@ -89,7 +90,7 @@ class ConnectionNoticeTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { installTexts(qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/texts"_s, {u"en"_s}); }
+    void initTestCase() { installTexts(textsFolder(), {u"en"_s}); }
 
     void offersWhatHelps_data()
     {

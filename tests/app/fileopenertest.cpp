@@ -153,9 +153,7 @@ void FileOpenerTest::start(QVariantList profiles, const QVariantList &macros)
     QVERIFY(mDaemon->start());
     mHub = std::make_unique<Hub>();
     mOpener = std::make_unique<FileOpener>(*mHub->controller, *mHub->window);
-    mHub->controller->initializeDevice();
-    mHub->window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(mHub->window.get()));
+    QVERIFY(mHub->openInFront());
 }
 
 QString FileOpenerTest::file(const QString &name, const QVariantMap &record) const

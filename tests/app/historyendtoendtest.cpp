@@ -134,9 +134,7 @@ void HistoryEndToEndTest::init()
     mDaemon = std::make_unique<DaemonProcessFixture>();
     QVERIFY(mDaemon->start());
     mHub = std::make_unique<Hub>();
-    mHub->controller->initializeDevice();
-    mHub->window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(mHub->window.get()));
+    QVERIFY(mHub->openInFront());
 }
 
 void HistoryEndToEndTest::cleanup()

@@ -6,8 +6,10 @@
 #include "base/text.h"
 #include "daemonlink/daemontransport.h"
 #include "daemonlink/latestreplyslot.h"
+#include "tests/support/texts.h"
 
 #include <QFile>
+#include <QTest>
 
 using namespace Qt::StringLiterals;
 
@@ -17,7 +19,7 @@ HubResources::HubResources()
     if (!QFile::copy(QStringLiteral(KESTRA_FACTORY_DOCUMENT), kestraPlist()))
         qFatal("there is no %s", KESTRA_FACTORY_DOCUMENT);
     qputenv("QUILL_KESTRA_RESOURCES", QFile::encodeName(mFolder.path()));
-    installTexts(qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/texts"_s, {u"en"_s});
+    installTexts(textsFolder(), {u"en"_s});
     setReplyPollInterval(std::chrono::microseconds(100));
 }
 
@@ -88,4 +90,11 @@ void Hub::open(ScriptedDaemon &daemon)
 {
     controller->initializeDevice();
     daemon.forgetRequests();
+}
+
+bool Hub::openInFront() const
+{
+    controller->initializeDevice();
+    window->activateWindow();
+    return QTest::qWaitForWindowActive(window.get());
 }

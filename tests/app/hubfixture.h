@@ -38,6 +38,8 @@ struct Hub
 
     /// Runs initializeDevice() and forgets the requests it made.
     void open(ScriptedDaemon &daemon);
+    /// Runs initializeDevice() and waits until the window is the active one. False if it does not become so.
+    [[nodiscard]] bool openInFront() const;
 
     template <typename Widget> Widget *find(const char *name) const
     {

@@ -13,6 +13,7 @@
 #include "tests/support/picturefolder.h"
 #include "tests/support/scripteddevices.h"
 #include "tests/support/testmain.h"
+#include "tests/support/texts.h"
 
 #include <QCheckBox>
 #include <QLabel>
@@ -105,7 +106,7 @@ InputDevice refusedKeyboard(DeviceObstacle obstacle)
 
 void KeyboardChooserTest::init()
 {
-    installTexts(qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/texts"_s, {u"en"_s});
+    installTexts(textsFolder(), {u"en"_s});
     mFolder = std::make_unique<QTemporaryDir>();
     mPrograms = {};
     mDevices = std::make_unique<ScriptedDevices>();
@@ -524,7 +525,7 @@ void KeyboardChooserTest::everyWordFits_data()
 void KeyboardChooserTest::everyWordFits()
 {
     QFETCH(QString, language);
-    installTexts(qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/texts"_s, {language});
+    installTexts(textsFolder(), {language});
     installHelper(0);
     mDevices->plug({refusedKeyboard(DeviceObstacle::noRight), ScriptedDevices::keyboard(1, u"S1"_s)});
     serve();

@@ -261,9 +261,7 @@ void KeysEndToEndTest::cleanup()
 void KeysEndToEndTest::openWindow()
 {
     mHub = std::make_unique<Hub>();
-    mHub->controller->initializeDevice();
-    mHub->window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(mHub->window.get()));
+    QVERIFY(mHub->openInFront());
 }
 
 QString KeysEndToEndTest::wordsOfA()

@@ -9,6 +9,7 @@
 #include "platform/tableview.h"
 #include "tests/app/hubfixture.h"
 #include "tests/support/testmain.h"
+#include "tests/support/texts.h"
 
 #include <QAction>
 #include <QApplication>
@@ -79,11 +80,6 @@ QStringList conflicts(const QStringList &texts)
         owners.insert(key, text);
     }
     return found;
-}
-
-QString textsFolder()
-{
-    return qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/texts"_s;
 }
 
 /// Whether the program quits by `action`, performed in the event loop.

@@ -22,6 +22,7 @@
 #include "tests/support/fulldocument.h"
 #include "tests/support/picturefolder.h"
 #include "tests/support/testmain.h"
+#include "tests/support/texts.h"
 
 #include <QAction>
 #include <QApplication>
@@ -279,7 +280,7 @@ void ScreenshotsTest::cleanup()
 
 void ScreenshotsTest::openWindow(const QString &language, bool isDark)
 {
-    installTexts(qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/texts"_s, {language});
+    installTexts(textsFolder(), {language});
     wearPalette(isDark);
     mHub = std::make_unique<Hub>();
     mHub->window->resize(windowSize);

@@ -12,6 +12,7 @@
 #include "tests/support/drawncontrols.h"
 #include "tests/support/picturefolder.h"
 #include "tests/support/testmain.h"
+#include "tests/support/texts.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -33,11 +34,6 @@ namespace {
 
 constexpr QSize smallScreen(683, 384);
 constexpr int mostSteps = 400; // more than there are controls
-
-QString textsFolder()
-{
-    return qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/texts"_s;
-}
 
 QString described(const QWidget *widget)
 {
@@ -176,9 +172,7 @@ void SmallWindowTest::openWindow(const QString &language, QSize size)
     installTexts(textsFolder(), {language});
     mHub = std::make_unique<Hub>();
     mHub->window->resize(size);
-    mHub->controller->initializeDevice();
-    mHub->window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(mHub->window.get()));
+    QVERIFY(mHub->openInFront());
     QCOMPARE(mHub->window->size(), size);
 }
 

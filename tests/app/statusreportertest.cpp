@@ -4,6 +4,7 @@
 #include "base/text.h"
 #include "platform/statusline.h"
 #include "tests/support/testmain.h"
+#include "tests/support/texts.h"
 
 #include <QTest>
 
@@ -65,7 +66,7 @@ private:
 
 void StatusReporterTest::init()
 {
-    installTexts(qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/texts"_s, {u"en"_s});
+    installTexts(textsFolder(), {u"en"_s});
     mLine = std::make_unique<StatusLine>();
     mLine->resize(600, 20);
     mLine->show();

@@ -6,6 +6,7 @@
 #include "base/status.h"
 #include "base/text.h"
 #include "tests/support/testmain.h"
+#include "tests/support/texts.h"
 
 #include <QSet>
 #include <QTest>
@@ -17,11 +18,6 @@ using Service = StatusState::Service;
 namespace {
 
 constexpr int lastEvent = int(Event::settingsProblem);
-
-QString textsFolder()
-{
-    return qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/texts"_s;
-}
 
 StatusState runningState()
 {

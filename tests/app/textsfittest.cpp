@@ -13,6 +13,7 @@
 #include "tests/app/hubfixture.h"
 #include "tests/support/drawncontrols.h"
 #include "tests/support/testmain.h"
+#include "tests/support/texts.h"
 
 #include <QAction>
 #include <QDir>
@@ -24,11 +25,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-QString textsFolder()
-{
-    return qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/texts"_s;
-}
 
 /// An assignment of each kind that the card of the selected key describes in words of its own.
 QList<QVariantMap> assignments()

@@ -109,9 +109,7 @@ void TypingEndToEndTest::init()
     mDaemon = std::make_unique<DaemonProcessFixture>();
     QVERIFY(mDaemon->start());
     mHub = std::make_unique<Hub>();
-    mHub->controller->initializeDevice();
-    mHub->window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(mHub->window.get()));
+    QVERIFY(mHub->openInFront());
 }
 
 void TypingEndToEndTest::cleanup()
