@@ -133,7 +133,7 @@ void HistoryController::offerUndo()
     const std::optional<QVariantMap> &next = mHistory.nextUndo();
     const uint id = next ? idOf(*next) : 0;
     const bool isNew = mLatestId && id > *mLatestId;
-    mLatestId = std::max(id, mLatestId.value_or(0));
+    passOver(id);
     if (isNew && loses(next->value(HistoryKeys::kind).toString())
         && next->value(HistoryKeys::author).toString() == HistoryKeys::authorConfigurator)
         mHub.report({.event = StatusReport::Event::canBeUndone, .subject = historyWords(*next)});

@@ -8,6 +8,7 @@
 #include <QPointer>
 #include <QVariantList>
 
+#include <algorithm>
 #include <optional>
 
 class HistorySheet;
@@ -34,6 +35,8 @@ public:
     void setControlsState(bool isEnabled);
     /// Must be called when a change has begun or ended that lets the keyboard's keys reach the window.
     void captureChanged() { showState(); }
+    /// Offers no undo of the changes up to the entry `id`.
+    void passOver(uint id) { mLatestId = std::max(id, mLatestId.value_or(0)); }
     /// Must be called when the hub has read the document again, after a change by another client or by this.
     void documentFollowed();
 

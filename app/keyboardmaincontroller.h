@@ -242,6 +242,8 @@ private:
     /// answer in time. `whenLate`, which may be empty, then runs with the answer, from the event loop.
     std::optional<QDBusMessage> callAndWait(const QDBusMessage &call,
                                             const std::function<void(const QDBusMessage &reply)> &whenLate);
+    /// The id of the entry of the history that Undo takes next; 0 if there is none, or without an answer.
+    uint newestChange();
     /// Reports why the daemon has not replaced the events of a macro; `error` is the name of its error.
     void reportRefusedReplacement(const QString &error);
     /// Notes and shows that a wait for the daemon has ended.

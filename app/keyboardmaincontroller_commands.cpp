@@ -2,6 +2,7 @@
 // The operations of the hub that the tabs call: each one sends one numbered command to the daemon.
 #include "app/keyboardmaincontroller.h"
 
+#include "app/historycontroller.h"
 #include "app/typedkeys.h"
 #include "base/devicesettings.h"
 #include "base/historykeys.h"
@@ -464,25 +465,34 @@ void KeyboardMainController::stopSingleKeyRecording()
     (void)replyTo(Command::stopSingleKeyRecording, DaemonCommands::stopSingleKeyRecording(mDevicePID, replyPortName));
 }
 
-void KeyboardMainController::beginAction()
+uint KeyboardMainController::newestChange()
 {
     const std::optional<QDBusMessage> reply = callAndWait(
         daemonObjectCall(HistoryKeys::objectPath, HistoryKeys::interfaceName, QLatin1StringView("Next")), {});
-    mFirstChange = 0;
     for (const QVariantMap &entry : historyEntries(reply.value_or(QDBusMessage()).arguments().value(0))) {
         if (entry.value(HistoryKeys::next).toString() == HistoryKeys::nextUndo)
-            mFirstChange = entry.value(HistoryKeys::id).toUInt();
+            return entry.value(HistoryKeys::id).toUInt();
     }
+    return 0;
+}
+
+void KeyboardMainController::beginAction()
+{
+    mFirstChange = newestChange();
 }
 
 void KeyboardMainController::endAction()
 {
+    const uint first = std::exchange(mFirstChange, 0);
+    if (first == 0)
+        return;
+    const std::optional<QDBusMessage> reply =
+        callAndWait(daemonObjectCall(HistoryKeys::objectPath, HistoryKeys::interfaceName, QLatin1StringView("Join"),
+                                     {first, QString(DaemonProtocol::configuratorIdentifier)}),
+                    {});
     // A refusal leaves several entries, which undo takes back one by one.
-    if (const uint first = std::exchange(mFirstChange, 0))
-        (void)callAndWait(daemonObjectCall(HistoryKeys::objectPath, HistoryKeys::interfaceName,
-                                           QLatin1StringView("Join"),
-                                           {first, QString(DaemonProtocol::configuratorIdentifier)}),
-                          {});
+    if (reply && reply->type() == QDBusMessage::ErrorMessage)
+        mHistory->passOver(newestChange());
 }
 
 // Device --------------------------------------------------------------------------------------------------------------

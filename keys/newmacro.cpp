@@ -169,7 +169,7 @@ void NewMacro::stopRecording()
 
 void NewMacro::giveTypedName()
 {
-    const QString typed = mSheet->macroName();
+    const QString typed = mSheet->typedName();
     const QString name = MacroRecord::name(mMacros.value(row()).toMap());
     if (typed.trimmed().isEmpty() || typed == name)
         return;

@@ -88,6 +88,7 @@ void NewMacroSheet::layOut()
 void NewMacroSheet::begin(QWidget *window, const QString &key, const QString &name)
 {
     setWindowTitle(localizedFormat("lkeyNewMacroTitle", {key}));
+    mFirstName = name;
     mName->setText(name);
     showRecording();
     beginSheet(window);
@@ -154,9 +155,9 @@ void NewMacroSheet::addLines(const QStringList &lines)
     mEvents->scrollToBottom();
 }
 
-QString NewMacroSheet::macroName() const
+QString NewMacroSheet::typedName() const
 {
-    return mName->text();
+    return mName->text() == mFirstName ? QString() : mName->text();
 }
 
 bool NewMacroSheet::hasLines() const

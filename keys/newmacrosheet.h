@@ -29,7 +29,8 @@ public:
     void showRecorded(const QVariantList &events);
     void addLines(const QStringList &lines);
 
-    [[nodiscard]] QString macroName() const;
+    /// The name that the user has typed; empty while it is the first one.
+    [[nodiscard]] QString typedName() const;
     /// Whether it lists events, stored or just recorded.
     [[nodiscard]] bool hasLines() const;
     /// The part that has the focus, and takes typed keys, during a recording.
@@ -54,6 +55,7 @@ private:
     QLineEdit *mName;
     QPushButton *mCancel;
     QPushButton *mAssign;
+    QString mFirstName;
     CaptureSource mSource;
     bool mIsRecording = false;
     bool mHasEvents = false;

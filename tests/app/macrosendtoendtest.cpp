@@ -10,6 +10,7 @@
 #include "daemonlink/daemonobjectcall.h"
 #include "daemonlink/daemontransport.h"
 #include "daemonlink/historyentries.h"
+#include "keys/historywords.h"
 #include "keys/keyboardkeyscontroller.h"
 #include "macros/eventparser.h"
 #include "macros/keyboardmacroscontroller.h"
@@ -42,6 +43,7 @@
 #include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
@@ -72,15 +74,21 @@ QString callElsewhere(QLatin1StringView path, QLatin1StringView interface, QLati
     return QDBusConnection::sessionBus().call(daemonObjectCall(path, interface, method, arguments)).errorName();
 }
 
-uint nextUndoElsewhere()
+/// The entry that an undo takes back next; empty without one.
+QVariantMap undoEntryElsewhere()
 {
     const QDBusMessage reply = QDBusConnection::sessionBus().call(
         daemonObjectCall(HistoryKeys::objectPath, HistoryKeys::interfaceName, "Next"_L1));
     for (const QVariantMap &entry : historyEntries(reply.arguments().value(0))) {
         if (entry.value(HistoryKeys::next).toString() == HistoryKeys::nextUndo)
-            return entry.value(HistoryKeys::id).toUInt();
+            return entry;
     }
-    return 0;
+    return {};
+}
+
+uint nextUndoElsewhere()
+{
+    return undoEntryElsewhere().value(HistoryKeys::id).toUInt();
 }
 
 const QString usableAgain = u"You can use this keyboard in the window again."_s;
@@ -102,7 +110,7 @@ private Q_SLOTS:
     void useOfAMacroLeadsToItsKey();
     void useInAnotherProfileMakesItActive();
     void newMacroForAKeyPlaysAtOnce();
-    void newMacroIsUndoneInOneGo();
+    void newMacroIsUndoneAndRedoneInOneGo();
     void newMacroStaysApartFromOtherChanges();
     void cancelledNewMacroLeavesNothing();
     void deletionOfACancelledRecordingCanBeUndone();
@@ -128,6 +136,8 @@ private Q_SLOTS:
     void strangeFilesKeepBothListsEqual();
     void replacesTheEvents();
     void editsSeveralEventsAsOneChange();
+    void typesATextIntoTheMacro();
+    void releasesTheKeysThatAMacroHolds();
     void waitsForTheReplacementWithoutOtherEvents();
     void insertsEventsWithTheSheet();
     void dragsRowsAsOneChange();
@@ -206,10 +216,8 @@ void MacrosEndToEndTest::init()
     mDaemon = std::make_unique<DaemonProcessFixture>();
     QVERIFY(mDaemon->start());
     mHub = std::make_unique<Hub>();
-    mHub->controller->initializeDevice();
+    QVERIFY(mHub->openInFront());
     mHub->controller->selectTabAtIndex(macrosTabIndex);
-    mHub->window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(mHub->window.get()));
 }
 
 void MacrosEndToEndTest::cleanup()
@@ -459,14 +467,15 @@ void MacrosEndToEndTest::newMacroForAKeyPlaysAtOnce()
     QTRY_COMPARE(recorder.sent(), (QStringList{u"+7:4"_s, u"-7:4"_s}));
 }
 
-void MacrosEndToEndTest::newMacroIsUndoneInOneGo()
+void MacrosEndToEndTest::newMacroIsUndoneAndRedoneInOneGo()
 {
     mHub->controller->addMacroWithSettings({{SettingsKeys::macroName, u"Earlier"_s}});
     const uint earlier = nextUndoElsewhere();
     const QVariantList before = records();
     makeMacroForF();
     finishNewMacro();
-    QVERIFY(records() != before);
+    const QVariantList after = records();
+    QVERIFY(after != before);
     auto *undo = mHub->find<QToolButton>("mUndoButton");
     QTRY_COMPARE(undo->accessibleName(), u"Undo: Macro Combo added"_s);
     QTRY_VERIFY(undo->isEnabled());
@@ -475,6 +484,12 @@ void MacrosEndToEndTest::newMacroIsUndoneInOneGo()
     QTRY_COMPARE(mHub->find<QLabel>("mAssignmentWords")->accessibleName(), u"Default key"_s);
     QCOMPARE(nextUndoElsewhere(), earlier);
     QTRY_COMPARE(undo->accessibleName(), u"Undo: Macro Earlier added"_s);
+    mHub->window->activateWindow(); // as a window manager does when the sheet has gone
+    QVERIFY(QTest::qWaitForWindowActive(mHub->window.get()));
+    QTest::keyClick(mHub->find<QTabWidget>("mKeyboardTabView")->tabBar(), Qt::Key_Z,
+                    Qt::ControlModifier | Qt::ShiftModifier);
+    QTRY_COMPARE(records(), after);
+    QTRY_COMPARE(mHub->find<QLabel>("mAssignmentWords")->accessibleName(), u"Macro: Combo (Play once)"_s);
 }
 
 // Another client's change in between stays a change of its own.
@@ -526,7 +541,7 @@ void MacrosEndToEndTest::deletionOfACancelledRecordingCanBeUndone()
 void MacrosEndToEndTest::switchOfTheProfileKeepsANewMacro_data()
 {
     QTest::addColumn<QString>("source");
-    for (const char *source : {"application in front", "another client"})
+    for (const char *source : {"application in front", "another client", "deletion by another client"})
         QTest::newRow(source) << QString::fromLatin1(source);
 }
 
@@ -548,6 +563,8 @@ void MacrosEndToEndTest::switchOfTheProfileKeepsANewMacro()
                  QString());
     if (source == "another client"_L1)
         QVERIFY(mDaemon->request(Command::switchProfile, {{DaemonProtocol::profileId, 1}}));
+    if (source == "deletion by another client"_L1)
+        QVERIFY(mDaemon->request(Command::deleteProfile, {{DaemonProtocol::profileId, 0}}));
     QTRY_VERIFY(!mHub->find<Sheet>("mNewMacroSheet")->isUp());
     QCOMPARE(keptEvents(u"Untitled Macro"_s), (QStringList{u"+7:4"_s, u"-7:4"_s}));
     QCOMPARE(records().first().toList().last(), profiles.last()); // no key of the other profile has changed
@@ -834,9 +851,54 @@ void MacrosEndToEndTest::editsSeveralEventsAsOneChange()
     QCOMPARE(events->selectedRows(), (QList<int>{1, 2, 3, 4}));
     // Each was one change.
     auto *undo = mHub->find<QToolButton>("mUndoButton");
-    QTRY_VERIFY(undo->isEnabled());
+    QTRY_COMPARE(undo->accessibleName(), u"Undo: "_s + historyWords(undoEntryElsewhere()));
     undo->click();
     QTRY_COMPARE(MacroRecord::events(kept(u"Short"_s)), both);
+}
+
+void MacrosEndToEndTest::typesATextIntoTheMacro()
+{
+    addTaps(u"Combo"_s, 1);
+    const uint before = nextUndoElsewhere();
+    chooseForEvent(2, MacroCommands::typeText);
+    auto *sheet = mHub->find<MacroTypeText>("mTypeTextWindow");
+    QVERIFY(sheet->isUp());
+    sheet->showKeymap(Keymap::fromNames("us"));
+    mHub->find<QPlainTextEdit>("mTypeTextField")->setPlainText(u"hb"_s);
+    click("mTypeTextInsert");
+    QVERIFY(!sheet->isUp());
+    // Before the selected release
+    QCOMPARE(keptEvents(u"Combo"_s), (QStringList{u"+7:4"_s, u"+7:11"_s, u"-7:11"_s, u"+7:5"_s, u"-7:5"_s, u"-7:4"_s}));
+    QCOMPARE(lines(), eventParser::getMessagesArray(MacroRecord::events(kept(u"Combo"_s))));
+    QCOMPARE(lines().size(), 11);
+    QCOMPARE(callElsewhere(HistoryKeys::objectPath, HistoryKeys::interfaceName, "Undo"_L1, {nextUndoElsewhere()}),
+             QString());
+    QTRY_COMPARE(lines().size(), 3);
+    QCOMPARE(nextUndoElsewhere(), before);
+}
+
+void MacrosEndToEndTest::releasesTheKeysThatAMacroHolds()
+{
+    const QVariantList held{MacroEdits::press({.page = 7, .usage = keyA}),
+                            MacroEdits::press({.page = 7, .usage = keyB}, 30)};
+    mHub->controller->addMacroWithSettings(MacroRecord::withEvents({{SettingsKeys::macroName, u"Held"_s}}, held));
+    list()->selectRow(int(mHub->controller->macrosArray().size()) - 1);
+    const uint before = nextUndoElsewhere();
+    const auto *release = mHub->find<QPushButton>("mReleaseKeysAtEnd");
+    QTRY_VERIFY(release->isVisible() && release->isEnabled());
+    click("mReleaseKeysAtEnd");
+    QStringList events = keptEvents(u"Held"_s);
+    QCOMPARE(events.first(2), (QStringList{u"+7:4"_s, u"+7:5"_s}));
+    events = events.sliced(2);
+    events.sort();
+    QCOMPARE(events, (QStringList{u"-7:4"_s, u"-7:5"_s}));
+    QCOMPARE(lines(), eventParser::getMessagesArray(MacroRecord::events(kept(u"Held"_s))));
+    QTRY_VERIFY(!release->isVisible());
+    QCOMPARE(callElsewhere(HistoryKeys::objectPath, HistoryKeys::interfaceName, "Undo"_L1, {nextUndoElsewhere()}),
+             QString());
+    QTRY_COMPARE(lines(), eventParser::getMessagesArray(held));
+    QTRY_VERIFY(release->isVisible());
+    QCOMPARE(nextUndoElsewhere(), before);
 }
 
 void MacrosEndToEndTest::waitsForTheReplacementWithoutOtherEvents()

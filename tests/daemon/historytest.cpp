@@ -13,6 +13,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QSignalSpy>
 
@@ -72,6 +73,7 @@ private Q_SLOTS:
     void joinedChangesThatCancelOutLeaveNoEntry();
     void joinsOnlyChangesOfTheCaller_data();
     void joinsOnlyChangesOfTheCaller();
+    void joinsNoEntryThatIsTooLarge();
     void isThereAfterARestart();
     void tornFileCostsOnlyTheTornEntries();
     void damagedByteCostsOnlyHistory();
@@ -922,6 +924,30 @@ void HistoryTest::joinsOnlyChangesOfTheCaller()
     QVERIFY(!joined);
     QCOMPARE(joined.error(), obstacle == "unknown"_L1 ? Refusal::unknown : Refusal::outdated);
     QCOMPARE(entries(), before);
+}
+
+void HistoryTest::joinsNoEntryThatIsTooLarge()
+{
+    const QTemporaryDir folder;
+    constexpr qsizetype bytes = 4000;
+    History history(folder.path(), {.bytes = bytes});
+    QVariantMap document = startDocument();
+    history.open(document, [] { return QList<QByteArray>(); });
+    QRandomGenerator random(7); // such names cannot be compressed
+    quint64 digest = 0;
+    for (int count = 0; count < 2; ++count) {
+        QString name;
+        while (name.size() < bytes / 8)
+            name += QChar(char16_t(random.bounded(0x4e00, 0x9fa5)));
+        const QVariantMap before = document;
+        document = SettingsDocument::withProfiles(before, Document(before).profiles() << profile(name));
+        history.record(before, {{.document = document, .cause = {.author = u"client"_s}}}, ++digest);
+    }
+    QCOMPARE(history.entries().size(), 2);
+    const quint32 first = history.entries().first().value(HistoryKeys::id).toUInt();
+    QCOMPARE(history.joinSince(document, first, u"client"_s).error(), Refusal::invalid);
+    QCOMPARE(history.entries().size(), 2);
+    QVERIFY(history.undoTarget(document, history.lastId()));
 }
 
 void HistoryTest::isThereAfterARestart()

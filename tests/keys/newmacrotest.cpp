@@ -122,6 +122,7 @@ private Q_SLOTS:
     void everySelectedKeyGetsIt();
     void keepsTheGivenNameWithoutARequest();
     void nameIsMadeUnique();
+    void nameOfAnotherClientStays();
     void refusedMacroOpensNoSheet();
     void showsWhatIsRecorded();
     void emptyRecordingCanBeRepeated();
@@ -235,6 +236,19 @@ void NewMacroTest::nameIsMadeUnique()
     mTab->find<QLineEdit>("mNewMacroName")->setText(u"Heal"_s);
     click("mNewMacroAssign");
     QCOMPARE(mKeeper.calls.filter(u"rename"_s), QStringList{u"rename 2 Heal(2)"_s});
+}
+
+void NewMacroTest::nameOfAnotherClientStays()
+{
+    open();
+    click("mNewMacroRecord");
+    QVariantMap renamed = mKeeper.macros.last().toMap();
+    renamed.insert(SettingsKeys::macroName, u"Elsewhere"_s);
+    mKeeper.macros.last() = renamed;
+    mKeeper.handOver();
+    click("mNewMacroAssign");
+    QCOMPARE(mKeeper.calls.filter(u"rename"_s), QStringList());
+    QCOMPARE(mKeeper.sentEntry(u"106"_s), entry(macroAssignment, 2, 1));
 }
 
 void NewMacroTest::refusedMacroOpensNoSheet()
