@@ -3,11 +3,14 @@
 // painted; every control that takes the focus has a name; exactly one object has the focus. Runs with the real daemon.
 #include "base/settingskeys.h"
 #include "base/text.h"
+#include "daemonlink/daemonobjectcall.h"
 #include "daemonlink/daemontransport.h"
+#include "keys/keyboardkeyscontroller.h"
 #include "keys/keymapping.h"
 #include "macros/keyboardmacroscontroller.h"
 #include "macros/macrocommands.h"
 #include "macros/macrotimelineview.h"
+#include "macros/macrotypetext.h"
 #include "platform/applicationchooser.h"
 #include "platform/pulldownbutton.h"
 #include "platform/sheet.h"
@@ -19,12 +22,16 @@
 #include "tests/support/paintedtexts.h"
 #include "tests/support/picturefolder.h"
 #include "tests/support/testmain.h"
+#include "tests/support/texts.h"
 
 #include <QAccessible>
 #include <QAction>
 #include <QApplication>
+#include <QDBusConnection>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTabWidget>
@@ -189,6 +196,23 @@ void changeAndOpenHistory(const Hub &hub)
     QTRY_VERIFY(hub.find<QPushButton>("mHistoryRestore")->isEnabled());
 }
 
+void openTypeText(const Hub &hub, const QString &text)
+{
+    hub.find<TableView>("mMacroTableView")->selectRow(0);
+    choose(hub, "mSettingsMacroDetails", MacroCommands::typeText);
+    hub.find<MacroTypeText>("mTypeTextWindow")->showKeymap(Keymap::fromNames("us"));
+    hub.find<QPlainTextEdit>("mTypeTextField")->setPlainText(text);
+}
+
+void recordNewMacro(const Hub &hub)
+{
+    hub.controller->keysController()->findChild<QAction *>(u"mMakeMacro"_s)->trigger();
+    for (const QLatin1StringView call : {"Press"_L1, "Release"_L1})
+        QDBusConnection::sessionBus().call(
+            daemonObjectCall("/VirtualKeyboard"_L1, "org.quillkestra.VirtualKeyboard"_L1, call, {7U, 4U}));
+    QTRY_COMPARE(hub.find<QListWidget>("mNewMacroEvents")->count(), 3);
+}
+
 struct Scene
 {
     const char *name;
@@ -241,6 +265,8 @@ const std::array scenes{
               hub.find<QPushButton>("mTryMacro")->click();
               hub.controller->macrosController()->showTriedKeys({{.event = 0, .page = 7, .argument = 4}});
           }},
+    Scene{"type-text-sheet", macrosTab, [](const Hub &hub) { openTypeText(hub, u"a text"_s); }},
+    Scene{"type-text-refused", macrosTab, [](const Hub &hub) { openTypeText(hub, u"日本"_s); }},
     Scene{"lighting", lightingTab, nullptr},
     Scene{"lighting-versions", lightingTab,
           [](const Hub &hub) {
@@ -252,6 +278,13 @@ const std::array scenes{
     Scene{"maintenance", maintenanceTab, nullptr},
     Scene{"single-key-sheet", keysTab,
           [](const Hub &hub) { hub.find<Sheet>("mSingleKeyWindow")->beginSheet(hub.window.get()); }},
+    Scene{"new-macro-recording", keysTab, recordNewMacro},
+    Scene{"new-macro-recorded", keysTab,
+          [](const Hub &hub) {
+              recordNewMacro(hub);
+              hub.find<QPushButton>("mNewMacroRecord")->click();
+              QVERIFY(hub.find<QPushButton>("mNewMacroAssign")->isEnabled());
+          }},
     Scene{"keyboards", keysTab, [](const Hub &hub) { hub.find<QAbstractButton>("mKeyboardButton")->click(); }},
     Scene{"history-empty", keysTab, [](const Hub &hub) { hub.find<QToolButton>("mHistoryButton")->click(); }},
     Scene{"history", keysTab, changeAndOpenHistory},
@@ -315,13 +348,11 @@ void AccessibleTreeTest::cleanup()
 
 void AccessibleTreeTest::openWindow(const QString &language, bool isDark)
 {
-    installTexts(qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/texts"_s, {language});
+    installTexts(textsFolder(), {language});
     wearPalette(isDark);
     mHub = std::make_unique<Hub>();
     mHub->window->resize(1180, 700);
-    mHub->controller->initializeDevice();
-    mHub->window->activateWindow();
-    QVERIFY(QTest::qWaitForWindowActive(mHub->window.get()));
+    QVERIFY(mHub->openInFront());
 }
 
 void AccessibleTreeTest::everyPaintedTextIsInTheTree_data()

@@ -173,6 +173,10 @@ void CombinationTest::play(const Operation &operation, const End &end, const Mid
     mScene->settle();
     if (end.change && (isKept || (isCarriedOut && disturbance != Disturbance::daemonEnded)))
         end.change(*mScene);
+    if (!isCarriedOut && operation.whenEnded && mHasBegunUndisturbed && mScene->ledger.macro() >= 0)
+        operation.whenEnded(*mScene);
+    if (operation.subject == Subject::newMacro)
+        mScene->ledger.setMacro(-1); // it is not selected on its tab
     if (middle.obstructed && mHasBegunUndisturbed && end.change && !mScene->hasObstructed())
         report(u"the command did not come"_s);
     mScene->obstruct({});
@@ -195,11 +199,13 @@ CombinationTest::Survival CombinationTest::survival(const Operation &operation, 
     case Disturbance::unplugged:
     case Disturbance::unpluggedBriefly: return Survival::ends;
     case Disturbance::restarted:
-        if (operation.kind == OperationKind::drag)
+        if (operation.kind == OperationKind::drag || operation.kind == OperationKind::click)
             return Survival::either;
         return operation.kind == OperationKind::sheet ? Survival::survives : Survival::ends;
     case Disturbance::settings: break;
     }
+    if (operation.kind == OperationKind::click)
+        return Survival::either; // as long as the button is offered
     if (after.document() == before.document())
         return Survival::survives; // a request that changes nothing is not announced
     switch (operation.kind) {
@@ -207,6 +213,7 @@ CombinationTest::Survival CombinationTest::survival(const Operation &operation, 
     case OperationKind::popUp: return Survival::ends;
     case OperationKind::recording: return after.macro() < 0 ? Survival::either : Survival::survives;
     case OperationKind::sheet:
+    case OperationKind::click:
     case OperationKind::drag: break;
     }
     return subjectSurvival(operation.subject, before, after);
@@ -221,6 +228,10 @@ CombinationTest::Survival CombinationTest::subjectSurvival(Subject subject, cons
     const QVariantMap profile = after.profileRecord();
     switch (subject) {
     case Subject::none: return Survival::survives;
+    case Subject::newMacro:
+        if (after.macro() < 0)
+            return Survival::ends;
+        [[fallthrough]];
     case Subject::profile:
     case Subject::profilesKey:
     case Subject::profilesLight:
@@ -266,6 +277,7 @@ void CombinationTest::recover(const Middle &middle)
                    {DaemonProtocol::deviceSettingsDictionary, QVariantMap{{u"Further key"_s, 1}}}});
         break;
     case Command::stopSingleKeyRecording:
+    case Command::stopMacroRecording:
         // The window has no other request to end its capture. A capture of another client takes its place.
         scene.request(Command::startSingleKeyRecording);
         scene.request(Command::stopSingleKeyRecording);

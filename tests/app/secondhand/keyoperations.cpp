@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "base/propertylist.h"
 #include "base/text.h"
+#include "keys/keyboardkeyscontroller.h"
 #include "keys/keymapping.h"
+#include "macros/macrofile.h"
+#include "macros/macrorecord.h"
 #include "platform/popupbutton.h"
 #include "tests/app/secondhand/operation.h"
 
 #include <QAction>
 #include <QFileInfo>
 #include <QMenu>
+#include <QPushButton>
 
 using namespace Qt::StringLiterals;
 using DaemonProtocol::Command;
@@ -16,6 +20,7 @@ namespace {
 
 constexpr char assignment[] = "mAssignFunction";
 constexpr char sheet[] = "mSingleKeyWindow";
+constexpr char newMacro[] = "mNewMacroSheet";
 constexpr char chooser[] = "mApplicationChooser";
 constexpr char panel[] = "mOpenPanel";
 constexpr int selectedCode = 29; // Z
@@ -66,6 +71,59 @@ Operation singleKeySheet()
             .beginCommands = {Command::startSingleKeyRecording},
             .ends = {{"finished", finish, change, {Command::updateProfile, Command::stopSingleKeyRecording}},
                      {"cancelled", [](Scene &) { Person::cancel(sheet); }, {}, {Command::stopSingleKeyRecording}}}};
+}
+
+/// Records B for a new macro.
+Operation newMacroSheet()
+{
+    const auto begin = [](Scene &scene) {
+        scene.hub().controller->keysController()->findChild<QAction *>(u"mMakeMacro"_s)->trigger();
+        if (Person::dialog(newMacro))
+            scene.typeKey(keyB);
+        const bool isAdded = scene.ledger.apply(
+            Command::addMacro, {{DaemonProtocol::macroContents, MacroFile::newRecord(scene.ledger.macros())}});
+        scene.ledger.setMacro(isAdded ? int(scene.ledger.macros().size()) - 1 : -1);
+    };
+    const auto finish = [](Scene &scene) {
+        if (auto *record = scene.find<QPushButton>("mNewMacroRecord");
+            record && record->text().remove(u'&') == localizedText("lkeyStop"))
+            Person::clickIn(newMacro, "mNewMacroRecord");
+        Person::clickIn(newMacro, "mNewMacroAssign");
+        Person::clickIn(newMacro, "mNewMacroCancel"); // Assign is disabled without events
+    };
+    const auto remove = [](Scene &scene) {
+        scene.ledger.apply(Command::deleteMacro, {{DaemonProtocol::macroId, scene.ledger.macro()}});
+    };
+    const auto record = [](Scene &scene) {
+        using namespace MacroRecord;
+        scene.ledger.recordEvents(
+            {eventRecord({.command = keyDown, .argument = keyB}), eventRecord({.command = keyUp, .argument = keyB})},
+            false);
+    };
+    const auto change = [record, remove](Scene &scene) {
+        const bool isRecorded = !scene.ledger.isObstructed(Command::startMacroRecording)
+                                && !scene.ledger.isObstructed(Command::saveRecordedEvents) && !scene.hasRestarted();
+        if (!isRecorded)
+            return remove(scene);
+        record(scene);
+        scene.ledger.assignKey(selectedCode, playMacro, scene.ledger.macro(), 1);
+    };
+    return {.name = "new macro",
+            .tab = keysTab,
+            .kind = OperationKind::sheet,
+            .subject = Subject::newMacro,
+            .begin = begin,
+            .isOpen = isUp(newMacro),
+            .beginCommands = {Command::addMacro, Command::startMacroRecording},
+            .ends = {{"finished",
+                      finish,
+                      change,
+                      {Command::stopMacroRecording, Command::saveRecordedEvents, Command::updateProfile}},
+                     {"cancelled",
+                      [](Scene &) { Person::cancel(newMacro); },
+                      remove,
+                      {Command::stopMacroRecording, Command::deleteMacro}}},
+            .whenEnded = record};
 }
 
 Operation programPanel()
@@ -152,6 +210,7 @@ std::vector<Operation> keyOperations()
     const KeyMappings::RepeatMode &twice = KeyMappings::repeatModes()[3];
     return {
         singleKeySheet(),
+        newMacroSheet(),
         programList(),
         programPanel(),
         menu("assignment pop-up", opening(assignment), localizedText("lkeyDisable"), assigning(disabled, 0, 0)),

@@ -159,6 +159,17 @@ void Ledger::recordEvents(const QVariantList &events, bool isAppended)
         mProblems += u"the recorded events cannot be saved"_s;
 }
 
+void Ledger::replaceEvents(const QVariantList &events)
+{
+    QVariantList all = macros();
+    if (mMacro < 0 || mMacro >= all.size()) {
+        mProblems += u"there is no macro whose events could be replaced"_s;
+        return;
+    }
+    all[mMacro] = MacroRecord::withEvents(macroRecord(), events);
+    mDocument.insert(SettingsKeys::macros, all);
+}
+
 void Ledger::adoptRecordedDelays(const QVariantMap &actual)
 {
     QVariantList all = macros();

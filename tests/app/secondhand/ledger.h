@@ -60,6 +60,8 @@ public:
     void dropAssignments(int assignment, int deletedRow, int count);
     /// Saves recorded events, whose delays are not yet known, for the macro that the operation is about.
     void recordEvents(const QVariantList &events, bool isAppended);
+    /// Replaces the events of that macro.
+    void replaceEvents(const QVariantList &events);
     /// Copies the delays of recorded events from `actual`, the daemon's document.
     void adoptRecordedDelays(const QVariantMap &actual);
 

@@ -3,13 +3,17 @@
 #include "base/settingskeys.h"
 #include "base/text.h"
 #include "macros/keyboardmacroscontroller.h"
+#include "macros/macroedits.h"
 #include "macros/macrorecord.h"
 #include "macros/macrotimelineview.h"
+#include "macros/macrotypetext.h"
 #include "platform/tableview.h"
 #include "tests/app/secondhand/operation.h"
 
 #include <QFile>
 #include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -27,6 +31,9 @@ constexpr char savePanel[] = "mSavePanel";
 constexpr char delaySheet[] = "mEditDelayWindow";
 constexpr char eventSheet[] = "mEditEventWindow";
 constexpr char trySheet[] = "mTryWindow";
+constexpr char pauseSheet[] = "mPauseWindow";
+constexpr char typeTextSheet[] = "mTypeTextWindow";
+constexpr char releaseButton[] = "mReleaseKeysAtEnd";
 constexpr int playMacroAssignment = 10;
 constexpr uint keyB = 5;
 constexpr int delayRow = 1; // of the second event
@@ -162,6 +169,26 @@ Operation listMenu(const char *name, const std::function<void(Scene &)> &open)
             .ends = deletionEnds([](Scene &) { Person::chooseItem(localizedText("lkeyDelete")); })};
 }
 
+Operation duplication()
+{
+    const auto copy = [](Scene &scene) {
+        QVariantMap record = scene.ledger.macroRecord();
+        record.remove(SettingsKeys::macroId);
+        record.insert(SettingsKeys::macroName, record.value(SettingsKeys::macroName).toString() + u"(2)"_s);
+        appendMacro(scene, record);
+    };
+    const auto finish = [](Scene &) { Person::chooseItem(localizedText("lkeyDuplicateMacro")); };
+    return {.name = "duplicating",
+            .tab = macrosTab,
+            .kind = OperationKind::popUp,
+            .subject = Subject::macro,
+            .begin = [](Scene &scene) { Person::openGearMenu(scene, gear); },
+            .isOpen = [](const Scene &) { return Person::openMenu() != nullptr; },
+            .beginCommands = {},
+            .ends = {{"finished", finish, copy, {Command::addMacro}},
+                     {"cancelled", [](Scene &) { Person::closeMenus(); }, {}, {}}}};
+}
+
 // Files
 
 Operation importPanel()
@@ -244,6 +271,89 @@ Operation delaySheetOperation()
         .ends = {
             {"finished", [](Scene &) { Person::clickIn(delaySheet, "mMacroDelayOK"); }, setDelay, {Command::setDelay}},
             {"cancelled", [](Scene &) { Person::cancel(delaySheet); }, {}, {}}}};
+}
+
+// The next three replace all events at once.
+
+Operation pauseSheetOperation()
+{
+    const auto begin = [](Scene &scene) {
+        scene.find<TableView>(events)->selectRow(eventRow);
+        Person::chooseFrom(scene, eventGear, MacroCommands::setPause);
+        if (Person::dialog(pauseSheet))
+            QTest::keyClicks(scene.find<QLineEdit>("mPauseField"), QString::number(newDelayMs));
+    };
+    const auto setDelay = [](Scene &scene) {
+        const QVariantList read = MacroRecord::events(scene.ledger.macroRecord());
+        scene.ledger.replaceEvents(MacroEdits::settingDelays(read, {1}, newDelayMs).value_or(QVariantList()));
+    };
+    return {.name = "sheet for pauses",
+            .tab = macrosTab,
+            .kind = OperationKind::sheet,
+            .subject = Subject::events,
+            .begin = begin,
+            .isOpen = isUp(pauseSheet),
+            .beginCommands = {},
+            .ends = {{"finished", [](Scene &) { Person::clickIn(pauseSheet, "mPauseOK"); }, setDelay, {}},
+                     {"cancelled", [](Scene &) { Person::cancel(pauseSheet); }, {}, {}}}};
+}
+
+/// Types "b" at the end.
+Operation typeTextOperation()
+{
+    const auto begin = [](Scene &scene) {
+        Person::chooseFrom(scene, eventGear, MacroCommands::typeText);
+        if (!Person::dialog(typeTextSheet))
+            return;
+        scene.find<MacroTypeText>(typeTextSheet)->showKeymap(Keymap::fromNames("us"));
+        QTest::keyClicks(scene.find<QPlainTextEdit>("mTypeTextField"), u"b"_s);
+    };
+    const auto insert = [](Scene &scene) {
+        constexpr int pauseMs = 20;
+        const QVariantList read = MacroRecord::events(scene.ledger.macroRecord());
+        scene.ledger.replaceEvents(read + MacroEdits::tap({.page = 7, .usage = keyB}, pauseMs, pauseMs));
+    };
+    return {.name = "type text",
+            .tab = macrosTab,
+            .kind = OperationKind::sheet,
+            .subject = Subject::events,
+            .begin = begin,
+            .isOpen = isUp(typeTextSheet),
+            .beginCommands = {},
+            .ends = {{"finished", [](Scene &) { Person::clickIn(typeTextSheet, "mTypeTextInsert"); }, insert, {}},
+                     {"cancelled", [](Scene &) { Person::cancel(typeTextSheet); }, {}, {}}}};
+}
+
+/// The macro leaves F down.
+Operation releaseOperation()
+{
+    constexpr HidUsage keyF{.page = 7, .usage = 9};
+    const auto prepare = [](QVariantMap &document) {
+        QVariantList macros = document.value(SettingsKeys::macros).toList();
+        const QVariantMap macro = macros.at(StartSettings::macro).toMap();
+        QVariantList held = MacroRecord::events(macro);
+        held += MacroEdits::press(keyF, newDelayMs);
+        macros[StartSettings::macro] = MacroRecord::withEvents(macro, held);
+        document.insert(SettingsKeys::macros, macros);
+    };
+    const auto isOffered = [](const Scene &scene) {
+        const auto *button = scene.find<QPushButton>(releaseButton);
+        return button->isVisible() && button->isEnabled();
+    };
+    const auto release = [](Scene &scene) {
+        QVariantList changed = MacroRecord::events(scene.ledger.macroRecord());
+        changed += MacroEdits::release(keyF);
+        scene.ledger.replaceEvents(changed);
+    };
+    return {.name = "release keys",
+            .tab = macrosTab,
+            .kind = OperationKind::click,
+            .subject = Subject::events,
+            .begin = [](Scene &) {},
+            .isOpen = isOffered,
+            .beginCommands = {},
+            .ends = {{"finished", [](Scene &scene) { Person::click(scene, releaseButton); }, release, {}}},
+            .prepare = prepare};
 }
 
 /// Lengthens the pause before the second event with the keys of the timeline.
@@ -402,10 +512,14 @@ std::vector<Operation> macroOperations()
         nameEdit("renaming by F2", pressF2),
         nameEdit("naming an added one", add, {Command::addMacro}),
         deletion(),
+        duplication(),
         importPanel(),
         exportPanel(),
         delaySheetOperation(),
         eventSheetOperation(),
+        pauseSheetOperation(),
+        typeTextOperation(),
+        releaseOperation(),
         tryOperation(),
         pauseInTheTimeline(),
         recording("recording", "mRecordMacroDetails", false),

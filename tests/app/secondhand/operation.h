@@ -13,6 +13,7 @@ enum class OperationKind {
     sheet,     ///< a sheet, a panel or an alert is open
     popUp,     ///< a menu is open
     recording, ///< keys are being recorded
+    click,     ///< a button is offered; nothing has begun
     drag       ///< the mouse holds a slider, or keys hold a value that is not yet stored
 };
 
@@ -23,6 +24,7 @@ enum class Subject {
     profilesKey,   ///< a key of the selected profile
     profilesLight, ///< the key lighting of the selected profile
     macro,         ///< the selected macro, by its name
+    newMacro,      ///< the last macro, which the operation has added, for a key of the selected profile
     events         ///< the events of the selected macro
 };
 
@@ -46,6 +48,8 @@ struct Operation
     QList<DaemonProtocol::Command> beginCommands;
     std::vector<End> ends;
     std::function<void(QVariantMap &document)> prepare = {}; ///< changes the start settings
+    /// Enters into the ledger what stays when an event ends the operation, and its subject still exists.
+    std::function<void(Scene &)> whenEnded = {};
     /// Checks effects besides the settings. Returns the problem; empty without one.
     std::function<QString(const Scene &, bool isCarriedOut)> outcome = {};
 };

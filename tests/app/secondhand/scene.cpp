@@ -196,6 +196,7 @@ void Scene::endDaemon()
 void Scene::startDaemon()
 {
     setReplyPollInterval(replyPollInterval);
+    mHasRestarted = true;
     if (!mClient.start())
         qFatal("the daemon does not start again");
     settle();

@@ -76,6 +76,8 @@ public:
     /// replies.
     void endDaemon();
     void startDaemon();
+    /// Whether startDaemon() was called: a capture that began before has ended.
+    [[nodiscard]] bool hasRestarted() const { return mHasRestarted; }
     [[nodiscard]] bool isDaemonRunning() const { return mObstructable || mClient.isRunning(); }
 
 private:
@@ -83,6 +85,7 @@ private:
     std::unique_ptr<ObstructedDaemon> mObstructable;
     std::unique_ptr<Hub> mHub;
     QTemporaryDir mFiles;
+    bool mHasRestarted = false;
 };
 
 /// The actions of the user, with the mouse and the computer's keys. An action does nothing when its control is hidden,
