@@ -110,7 +110,7 @@ private Q_SLOTS:
     void useOfAMacroLeadsToItsKey();
     void useInAnotherProfileMakesItActive();
     void newMacroForAKeyPlaysAtOnce();
-    void newMacroIsUndoneAndRedoneInOneGo();
+    void newMacroIsUndoneInOneGo();
     void newMacroStaysApartFromOtherChanges();
     void cancelledNewMacroLeavesNothing();
     void deletionOfACancelledRecordingCanBeUndone();
@@ -467,7 +467,7 @@ void MacrosEndToEndTest::newMacroForAKeyPlaysAtOnce()
     QTRY_COMPARE(recorder.sent(), (QStringList{u"+7:4"_s, u"-7:4"_s}));
 }
 
-void MacrosEndToEndTest::newMacroIsUndoneAndRedoneInOneGo()
+void MacrosEndToEndTest::newMacroIsUndoneInOneGo()
 {
     mHub->controller->addMacroWithSettings({{SettingsKeys::macroName, u"Earlier"_s}});
     const uint earlier = nextUndoElsewhere();
@@ -484,12 +484,6 @@ void MacrosEndToEndTest::newMacroIsUndoneAndRedoneInOneGo()
     QTRY_COMPARE(mHub->find<QLabel>("mAssignmentWords")->accessibleName(), u"Default key"_s);
     QCOMPARE(nextUndoElsewhere(), earlier);
     QTRY_COMPARE(undo->accessibleName(), u"Undo: Macro Earlier added"_s);
-    mHub->window->activateWindow(); // as a window manager does when the sheet has gone
-    QVERIFY(QTest::qWaitForWindowActive(mHub->window.get()));
-    QTest::keyClick(mHub->find<QTabWidget>("mKeyboardTabView")->tabBar(), Qt::Key_Z,
-                    Qt::ControlModifier | Qt::ShiftModifier);
-    QTRY_COMPARE(records(), after);
-    QTRY_COMPARE(mHub->find<QLabel>("mAssignmentWords")->accessibleName(), u"Macro: Combo (Play once)"_s);
 }
 
 // Another client's change in between stays a change of its own.

@@ -196,8 +196,9 @@ CombinationTest::Survival CombinationTest::survival(const Operation &operation, 
     switch (event.disturbance) {
     case Disturbance::none:
     case Disturbance::daemonEnded: return Survival::survives; // the window is not notified
-    case Disturbance::unplugged:
-    case Disturbance::unpluggedBriefly: return Survival::ends;
+    case Disturbance::unplugged: return Survival::ends;
+    case Disturbance::unpluggedBriefly: // a keyboard that is back has its buttons again
+        return operation.kind == OperationKind::click ? Survival::either : Survival::ends;
     case Disturbance::restarted:
         if (operation.kind == OperationKind::drag || operation.kind == OperationKind::click)
             return Survival::either;

@@ -311,7 +311,7 @@ Operation typeTextOperation()
     const auto insert = [](Scene &scene) {
         constexpr int pauseMs = 20;
         const QVariantList read = MacroRecord::events(scene.ledger.macroRecord());
-        scene.ledger.replaceEvents(read + MacroEdits::tap({.page = 7, .usage = keyB}, pauseMs, pauseMs));
+        scene.ledger.replaceEvents(read + MacroEdits::tap({.page = 7, .usage = keyB}, pauseMs));
     };
     return {.name = "type text",
             .tab = macrosTab,
