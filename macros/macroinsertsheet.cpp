@@ -136,9 +136,9 @@ void MacroInsertSheet::fillKeys()
 void MacroInsertSheet::layOut()
 {
     mKeyRow = new QWidget;
-    auto *key = new QHBoxLayout(mKeyRow);
+    auto *key = new QVBoxLayout(mKeyRow); // side by side, both would be cut in a small window
     key->setContentsMargins({});
-    key->addWidget(mKey, 1);
+    key->addWidget(mKey);
     key->addWidget(mPressKey);
     mForm = new QFormLayout;
     mForm->setSpacing(Spacing::normal);
