@@ -69,6 +69,7 @@ void Keyboard_ConfiguratorAppDelegate::doLoopInBackground(const std::stop_token 
 
 void Keyboard_ConfiguratorAppDelegate::applicationWillTerminate()
 {
+    mKeyboardMainController->keepNewMacro(); // before the release, which ends what the daemon records
     mKeyboardMainController->releaseQuillDeviceInstance();
     mKeyboardMainController->saveLastSelectedKey();
     mKeyboardMainController->checkMacroRecording();

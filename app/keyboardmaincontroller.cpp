@@ -335,7 +335,13 @@ void KeyboardMainController::saveLastSelectedKey()
 
 void KeyboardMainController::checkMacroRecording()
 {
+    mKeysController->stopNewMacroRecording();
     mMacrosController->stopAllMacroRecording();
+}
+
+void KeyboardMainController::keepNewMacro()
+{
+    mKeysController->keepNewMacro();
 }
 
 void KeyboardMainController::FWQueryThreadAboutToRun(const std::stop_token &stop)

@@ -110,7 +110,10 @@ public:
     /// `page` is now in front; its property tabLabelProperty holds the tab's untranslated label.
     void tabViewDidSelectTabViewItem(QTabWidget *tabView, const QWidget *page);
     void saveLastSelectedKey();
+    /// Ends a recording into a macro, on the macros tab or into a new one, and stores it.
     void checkMacroRecording();
+    /// Ends the sheet that records a new macro and keeps what was recorded.
+    void keepNewMacro();
     void checkMacroRecordingStatus() {}
 
     // Versions

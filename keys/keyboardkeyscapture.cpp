@@ -86,6 +86,16 @@ void KeyboardKeysController::makeNewMacro()
     mNewMacro->begin(mView, mKeysWindow, keys, profile());
 }
 
+void KeyboardKeysController::stopNewMacroRecording()
+{
+    mNewMacro->stopRunningRecording();
+}
+
+void KeyboardKeysController::keepNewMacro()
+{
+    mNewMacro->keep();
+}
+
 QWidget *KeyboardKeysController::captureArea() const
 {
     return mSingleKeyWindow->isUp() ? mSingleKeyWindow : mNewMacro->captureArea();

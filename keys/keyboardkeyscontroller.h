@@ -99,6 +99,10 @@ public:
     /// The widget that waits for keys of the keyboard: the single-key sheet while it is up, that of a new macro while
     /// it records, else null.
     [[nodiscard]] QWidget *captureArea() const;
+    /// Ends the recording of a new macro; its sheet stays. The user has gone to another program.
+    void stopNewMacroRecording();
+    /// Ends the sheet of a new macro and keeps what was recorded. For the end of the program.
+    void keepNewMacro();
     /// Shows in the sheet where the user presses the key.
     void showCaptureSource(const CaptureSource &source);
     /// Restarts the capture of an open sheet when the keyboard is back after it, or its daemon, was gone.

@@ -156,6 +156,12 @@ void NewMacro::recordButton(int button, bool isDown)
         mDelegate->recordButton(button, isDown);
 }
 
+void NewMacro::stopRunningRecording()
+{
+    if (mStep == Step::recording)
+        stopRecording();
+}
+
 void NewMacro::stopRecording()
 {
     setStep(Step::recorded);
@@ -189,7 +195,6 @@ void NewMacro::assign()
     mDelegate->endAction();
 }
 
-/// Ends the sheet as if the user had clicked Stop and closed it.
 void NewMacro::keep()
 {
     if (!isUp())

@@ -37,6 +37,10 @@ public:
     void setMacros(const QVariantList &macros);
     /// Ends the sheet and keeps what was recorded if `profile`, the active one, is not that of begin().
     void keepUnless(const QVariant &profile);
+    /// Ends a running recording and keeps the sheet.
+    void stopRunningRecording();
+    /// Ends the sheet, as if the user had clicked Stop and closed it, and keeps what was recorded.
+    void keep();
     /// A recording that a removed keyboard or an ended daemon has taken along is over.
     void keyboardCameBack();
     /// Without the keyboard, and with it the daemon's capture, ends the sheet and keeps what was recorded.
@@ -63,7 +67,6 @@ private:
     void recordClicked();
     void giveTypedName();
     void assign();
-    void keep();
     void cancel();
     void close();
     void takeEvents(const QVariantMap &userInfo);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The complete path of a macro: recorded on the keyboard in the real window, edited, assigned to a key, exported and
 // imported, as the real daemon stores it.
+#include "app/keyboard_configuratorappdelegate.h"
 #include "base/document.h"
 #include "base/frontapplicationkeys.h"
 #include "base/historykeys.h"
@@ -117,6 +118,9 @@ private Q_SLOTS:
     void switchOfTheProfileKeepsANewMacro_data();
     void switchOfTheProfileKeepsANewMacro();
     void removedKeyboardKeepsANewMacro();
+    void windowInBackgroundStopsANewMacro();
+    void quitKeepsANewMacro();
+    void quitLeavesNoEmptyMacro();
     void pressedKeyPlaysTheEditedMacro();
     void importedMacroEqualsTheExportedOne();
     void renamesAndDeletes();
@@ -576,6 +580,41 @@ void MacrosEndToEndTest::removedKeyboardKeepsANewMacro()
     QCOMPARE(mDaemon->callKeyboard(u"Remove"_s), QString());
     QTRY_VERIFY(!mHub->find<Sheet>("mNewMacroSheet")->isUp());
     QCOMPARE(keptEvents(u"Untitled Macro"_s), (QStringList{u"+7:4"_s, u"-7:4"_s}));
+}
+
+void MacrosEndToEndTest::windowInBackgroundStopsANewMacro()
+{
+    Keyboard_ConfiguratorAppDelegate delegate(mHub->window.get(), mHub->controller.get());
+    makeMacroForF();
+    delegate.applicationWillResignActive();
+    SentRecorder recorder;
+    typeKey(keyB); // for the program in front
+    QTRY_COMPARE(recorder.sent(), (QStringList{u"+7:5"_s, u"-7:5"_s}));
+    QVERIFY(mHub->find<Sheet>("mNewMacroSheet")->isUp());
+    click("mNewMacroAssign");
+    QCOMPARE(keptEvents(u"Untitled Macro"_s), (QStringList{u"+7:4"_s, u"-7:4"_s}));
+    QCOMPARE(mHub->find<QLabel>("mAssignmentWords")->accessibleName(), u"Macro: Untitled Macro (Play once)"_s);
+}
+
+void MacrosEndToEndTest::quitKeepsANewMacro()
+{
+    Keyboard_ConfiguratorAppDelegate delegate(mHub->window.get(), mHub->controller.get());
+    makeMacroForF();
+    delegate.applicationWillTerminate();
+    QVERIFY(!mHub->find<Sheet>("mNewMacroSheet")->isUp());
+    QCOMPARE(keptEvents(u"Untitled Macro"_s), (QStringList{u"+7:4"_s, u"-7:4"_s}));
+}
+
+void MacrosEndToEndTest::quitLeavesNoEmptyMacro()
+{
+    Keyboard_ConfiguratorAppDelegate delegate(mHub->window.get(), mHub->controller.get());
+    const QVariantList before = records();
+    mHub->controller->selectTabAtIndex(keysTabIndex);
+    QTest::mouseClick(mHub->find<QWidget>("mF"), Qt::LeftButton);
+    mHub->controller->keysController()->findChild<QAction *>(u"mMakeMacro"_s)->trigger();
+    QVERIFY(records() != before);
+    delegate.applicationWillTerminate();
+    QCOMPARE(records(), before);
 }
 
 void MacrosEndToEndTest::pressedKeyPlaysTheEditedMacro()

@@ -139,6 +139,9 @@ private Q_SLOTS:
     void anotherProfileLeavesNoEmptyMacro();
     void recordingWithoutReplyIsNotDeleted();
     void sameProfileKeepsTheSheet();
+    void stoppedRecordingStaysOnTheSheet();
+    void keptOnRequest_data();
+    void keptOnRequest();
     void keptMacroGetsItsTypedName();
     void captureAreaIsTheRecordingAlone();
     void keysOfTheRecordingPressNoButton();
@@ -475,6 +478,41 @@ void NewMacroTest::sameProfileKeepsTheSheet()
     click("mNewMacroRecord");
     mTab->controller->updateUISettings();
     QVERIFY(isUp());
+}
+
+// The user has gone to another program, and what is typed there must not come into the macro.
+void NewMacroTest::stoppedRecordingStaysOnTheSheet()
+{
+    mTab->controller->stopNewMacroRecording();
+    QCOMPARE(mKeeper.calls, QStringList());
+    open();
+    mTab->controller->stopNewMacroRecording();
+    QVERIFY(isUp());
+    QCOMPARE(mTab->controller->captureArea(), nullptr);
+    mTab->controller->stopNewMacroRecording();
+    QCOMPARE(mKeeper.calls, (QStringList{u"add"_s, u"begin"_s, u"start 0 2"_s, u"stop"_s, u"save 2 0"_s}));
+    click("mNewMacroAssign");
+    QCOMPARE(mKeeper.sentEntry(u"106"_s), entry(macroAssignment, 2, 1));
+}
+
+void NewMacroTest::keptOnRequest_data()
+{
+    QTest::addColumn<bool>("isRecorded");
+    QTest::addColumn<QStringList>("last");
+    QTest::newRow("recorded") << true << QStringList{u"stop"_s, u"save 2 0"_s, u"end"_s, u"kept Untitled Macro"_s};
+    QTest::newRow("empty") << false << QStringList{u"stop"_s, u"save 2 0"_s, u"delete 2"_s, u"end"_s};
+}
+
+void NewMacroTest::keptOnRequest()
+{
+    QFETCH(bool, isRecorded);
+    QFETCH(QStringList, last);
+    if (!isRecorded)
+        mKeeper.recorded.clear();
+    open();
+    mTab->controller->keepNewMacro();
+    QVERIFY(!isUp());
+    QCOMPARE(mKeeper.calls.last(last.size()), last);
 }
 
 void NewMacroTest::keptMacroGetsItsTypedName()
