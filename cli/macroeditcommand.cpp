@@ -82,9 +82,12 @@ bool wantsToEditAgain(Console &console)
     return word.isEmpty() || word == "y" || word == "yes";
 }
 
-/// `error`, with the place of the text that the user has written, which stays there.
-CommandError withText(CommandError error, QTemporaryDir &folder, const QString &path)
+/// `error`; if the text differs from `before`, with its place, where it stays.
+CommandError withText(CommandError error, QTemporaryDir &folder, const QString &path, const QByteArray &before)
 {
+    const Result<QByteArray> text = contentOf(path);
+    if (!QFile::exists(path) || (text && *text == before))
+        return error;
     folder.setAutoRemove(false);
     error.message += u"; your text is in "_s + path;
     return error;
@@ -116,10 +119,11 @@ CommandResult<void> editMacro(CommandContext &context)
     file.close();
     for (;;) {
         if (const CommandResult<void> edited = runEditor(path); !edited)
-            return edited;
+            return withText(edited.error(), folder, path, before);
         const Result<QByteArray> text = contentOf(path);
         if (!text)
-            return wrongUsage(u"\"%1\" cannot be read: %2"_s.arg(path, text.error().message));
+            return withText(wrongUsage(u"\"%1\" cannot be read: %2"_s.arg(path, text.error().message)), folder, path,
+                            before);
         const auto content = MacroText::parse(*text);
         QString fault = content ? QString() : content.error().message;
         if (content && content->name)
@@ -128,14 +132,14 @@ CommandResult<void> editMacro(CommandContext &context)
             context.console.fail(ExitCode::usage, fault);
             if (wantsToEditAgain(context.console))
                 continue;
-            return withText(wrongUsage(u"nothing is changed"_s), folder, path);
+            return withText(wrongUsage(u"nothing is changed"_s), folder, path, before);
         }
         if (MacroRecord::digest(content->events) == MacroRecord::digest(events)) {
             context.console.print(chosen->words() + u" is unchanged"_s);
             return {};
         }
         if (const CommandResult<void> stored = replaceEvents(*chosen, content->events); !stored)
-            return withText(stored.error(), folder, path);
+            return withText(stored.error(), folder, path, before);
         printStored(context.console, chosen->words() + u" is changed: "_s + eventCount(content->events.size()),
                     content->events);
         return {};

@@ -56,7 +56,10 @@ private Q_SLOTS:
     void importOfATextSaysWhereItIsWrong();
     void editsInTheEditorOfTheUser();
     void editorThatChangesNothing();
+    void editorThatFails_data();
     void editorThatFails();
+    void textThatCannotBeReadIsKept();
+    void textThatIsGoneIsNotPromised();
     void asksToEditAgain();
     void keepsTheTextOfAUserWhoGivesUp();
     void keepsTheTextIfTheMacroHasChanged();
@@ -354,13 +357,48 @@ void TestKestractlMacroEvents::editorThatChangesNothing()
     QCOMPARE(runKestractl({u"history"_s, u"--json"_s}, mDaemon->environment()).json().array().size(), 1);
 }
 
+void TestKestractlMacroEvents::editorThatFails_data()
+{
+    QTest::addColumn<QByteArray>("script");
+    QTest::addColumn<QByteArray>("kept");
+    QTest::newRow("before a change") << QByteArray("exit 3\n") << QByteArray();
+    QTest::newRow("after a change") << QByteArray("echo tap B > \"$1\"\nexit 3\n") << QByteArray("tap B\n");
+    QTest::newRow("killed after a change")
+        << QByteArray("echo tap B > \"$1\"\nkill -KILL $$\n") << QByteArray("tap B\n");
+}
+
 void TestKestractlMacroEvents::editorThatFails()
 {
-    setEditor("echo tap B > \"$1\"\nexit 3\n");
+    QFETCH(QByteArray, script);
+    QFETCH(QByteArray, kept);
+    setEditor(script);
     const KestractlResult result = run({u"edit"_s, u"1"_s});
     QCOMPARE(result.exitCode, 2);
     QVERIFY2(result.errorText().contains(u"has failed; nothing is changed"_s), result.errors.constData());
+    QCOMPARE(result.errorText().contains(u"your text is in "_s), !kept.isEmpty());
+    QCOMPARE(takeKeptText(result.errorText()), kept);
     QCOMPARE(events(), sample());
+}
+
+void TestKestractlMacroEvents::textThatCannotBeReadIsKept()
+{
+    // A folder in place of the file: not even root can read it as a file.
+    setEditor("rm \"$1\" && mkdir \"$1\" && echo tap B > \"$1/text\"\n");
+    const KestractlResult result = run({u"edit"_s, u"1"_s});
+    QCOMPARE(result.exitCode, 2);
+    QVERIFY2(result.errorText().contains(u"cannot be read"_s), result.errors.constData());
+    const QString path = result.errorText().section(u"your text is in "_s, 1).trimmed();
+    QVERIFY2(!path.isEmpty(), result.errors.constData());
+    QVERIFY(QFile::exists(path + u"/text"_s));
+}
+
+void TestKestractlMacroEvents::textThatIsGoneIsNotPromised()
+{
+    setEditor("rm \"$1\"\n");
+    const KestractlResult result = run({u"edit"_s, u"1"_s});
+    QCOMPARE(result.exitCode, 2);
+    QVERIFY2(result.errorText().contains(u"cannot be read"_s), result.errors.constData());
+    QVERIFY2(!result.errorText().contains(u"your text"_s), result.errors.constData());
 }
 
 void TestKestractlMacroEvents::asksToEditAgain()
