@@ -98,6 +98,12 @@ Part statementIn(QStringView line)
     return Part{line, 0}.trimmed();
 }
 
+/// Whether `line` is the beginning of a property list, perhaps a damaged one.
+bool beginsPropertyList(QStringView line)
+{
+    return line.startsWith(u'<') || line.startsWith(u'{') || line.startsWith(u'(') || line.startsWith(u"bplist");
+}
+
 /// Reads a text line by line. After the first error, nothing more is read.
 class Parser
 {
@@ -450,6 +456,7 @@ QString MacroText::nameLine(const QString &name)
 
 bool MacroText::isMacroText(QByteArrayView text)
 {
+    const bool isUtf8 = QUtf8StringView(text.data(), text.size()).isValidUtf8();
     if (text.startsWith("\xEF\xBB\xBF"))
         text = text.sliced(3);
     while (!text.isEmpty()) {
@@ -457,8 +464,9 @@ bool MacroText::isMacroText(QByteArrayView text)
         const QByteArrayView line = end < 0 ? text : text.first(end);
         text = end < 0 ? QByteArrayView() : text.sliced(end + 1);
         const QString decoded = QString::fromUtf8(line.endsWith('\r') ? line.chopped(1) : line);
-        if (const Part statement = statementIn(decoded); !statement.text.isEmpty())
-            return verbOf(statement.word().text).has_value();
+        const Part statement = statementIn(decoded);
+        if (!statement.text.isEmpty())
+            return verbOf(statement.word().text) || (isUtf8 && !beginsPropertyList(statement.text));
     }
     return false;
 }

@@ -38,8 +38,8 @@ struct ParseError : Error
 /// Returns the line that gives the macro its name.
 [[nodiscard]] QString nameLine(const QString &name);
 
-/// Whether `text` is meant as the text of a macro: its first line that is neither empty nor a comment begins with a
-/// word of the grammar.
+/// Whether `text` is meant as the text of a macro, perhaps with mistakes: its first line that is neither empty nor a
+/// comment begins with a word of the grammar, or it is another text in UTF-8 that does not begin as a property list.
 [[nodiscard]] bool isMacroText(QByteArrayView text);
 
 } // namespace MacroText

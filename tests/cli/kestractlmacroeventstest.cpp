@@ -54,6 +54,8 @@ private Q_SLOTS:
     void showsTheKeysThatPlayAMacro();
     void textIsImported();
     void importOfATextSaysWhereItIsWrong();
+    void importOfATextSaysThatItsFirstLineIsWrong_data();
+    void importOfATextSaysThatItsFirstLineIsWrong();
     void editsInTheEditorOfTheUser();
     void editorThatChangesNothing();
     void editorThatFails_data();
@@ -331,6 +333,27 @@ void TestKestractlMacroEvents::importOfATextSaysWhereItIsWrong()
     QCOMPARE(result.exitCode, 2);
     QCOMPARE(result.errorText(), u"kestractl: \"%1\", line 2, column 6: there is no key \"Hyper\" (see kestractl key "
                                  "--list)\n"_s.arg(file));
+    QCOMPARE(events(1), QVariantList());
+}
+
+void TestKestractlMacroEvents::importOfATextSaysThatItsFirstLineIsWrong_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QString>("place");
+    QTest::newRow("a word") << "pres A\ntap B\n"_ba << u"line 1, column 1: "_s;
+    QTest::newRow("behind a comment") << "\xef\xbb\xbf# a\n\n  - tap A\n"_ba << u"line 3, column 3: "_s;
+    QTest::newRow("a digit") << "100 ms"_ba << u"line 1, column 1: "_s;
+}
+
+void TestKestractlMacroEvents::importOfATextSaysThatItsFirstLineIsWrong()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(QString, place);
+    const QString file = writeFile(mFolder->filePath(u"Combo.txt"_s), text);
+    const KestractlResult result = run({u"import"_s, file});
+    QCOMPARE(result.exitCode, 2);
+    QVERIFY2(result.errorText().startsWith(u"kestractl: \"%1\", %2a line begins with press"_s.arg(file, place)),
+             result.errors.constData());
     QCOMPARE(events(1), QVariantList());
 }
 

@@ -263,8 +263,15 @@ void MacroTextTest::recognisesItsTexts_data()
     QTest::newRow("name") << "name \"a\""_ba << true;
     QTest::newRow("nothing") << QByteArray() << false;
     QTest::newRow("comments alone") << "# a\n"_ba << false;
-    QTest::newRow("another text") << "Dear reader,\ntap A\n"_ba << false;
-    QTest::newRow("a property list") << "{ MacroName = M; }"_ba << false;
+    QTest::newRow("mistake in the first word") << "pres A\ntap B\n"_ba << true;
+    QTest::newRow("a dictionary") << "{ MacroName = M; }"_ba << false;
+    QTest::newRow("an array") << "\n( tap, A )"_ba << false;
+    QTest::newRow("XML") << "<?xml version=\"1.0\"?>"_ba << false;
+    QTest::newRow("a binary property list") << "bplist00tap A"_ba << false;
+    QTest::newRow("other bytes behind a line") << "tap A\n\xff\xfe"_ba << true;
+    QTest::newRow("other bytes behind a word") << "\x7f"
+                                                  "ELF\n\xff\xfe"_ba
+                                               << false;
     QTest::newRow("other bytes") << "\x00\xff\xfe press"_ba << false;
 }
 
