@@ -58,6 +58,7 @@ MacroTypeText::MacroTypeText(QWidget *parent)
     layOut();
     setCancelButton(mCancel);
     connect(mText, &QPlainTextEdit::textChanged, this, &MacroTypeText::showOutcome);
+    connect(mPause, &QLineEdit::textChanged, this, &MacroTypeText::showOutcome);
     connect(mPlace, &RadioGroup::rowClicked, this, &MacroTypeText::showOutcome);
     connect(mCancel, &QPushButton::clicked, this, [this] { endSheet(); });
     connect(mInsert, &QPushButton::clicked, this, &MacroTypeText::insert);
@@ -170,7 +171,8 @@ void MacroTypeText::showOutcome()
     const QString words = outcomeWords();
     mOutcome->setText(words);
     mText->setAccessibleDescription(words);
-    mInsert->setEnabled(mTyped.eventCount > 0 && mTyped.untyped.isEmpty() && fits());
+    const bool hasPause = !mPause->text().isEmpty();
+    mInsert->setEnabled(mTyped.eventCount > 0 && mTyped.untyped.isEmpty() && fits() && hasPause);
 }
 
 void MacroTypeText::insert()

@@ -50,6 +50,7 @@ private Q_SLOTS:
     void choosesTheEndDespiteASelection();
     void emptyMacroGetsItsFirstEvents();
     void pauseSeparatesTheKeys();
+    void insertsOnlyWithAPause();
     void namesWhatTheLayoutCannotType();
     void countsTheCharactersThatItDoesNotName();
     void readsTheCharactersAsWritten();
@@ -163,6 +164,24 @@ void MacroTypeTextTest::pauseSeparatesTheKeys()
     QTest::keyClicks(pause, u"135"_s);
     insert()->click();
     QCOMPARE(stored(), u"+11 (80)-11 (135)+4 -4 (135)+5 -5"_s);
+}
+
+void MacroTypeTextTest::insertsOnlyWithAPause()
+{
+    show(tapOfH());
+    write(u"ab"_s);
+    auto *pause = outlet<QLineEdit>(u"mTypeTextPause"_s);
+    pause->setFocus();
+    pause->selectAll();
+    QTest::keyClick(pause, Qt::Key_Delete);
+    QCOMPARE(pause->text(), QString());
+    QVERIFY(!insert()->isEnabled());
+    field()->setPlainText(u"abc"_s);
+    QVERIFY(!insert()->isEnabled());
+    QTest::keyClicks(pause, u"0"_s);
+    QVERIFY(insert()->isEnabled());
+    insert()->click();
+    QCOMPARE(stored(), u"+11 (80)-11 +4 -4 +5 -5 +6 -6"_s);
 }
 
 void MacroTypeTextTest::namesWhatTheLayoutCannotType()
