@@ -233,6 +233,8 @@ private:
     void showSearchResult();
     /// Selects the next macro found in the direction of `step`, 1 or -1; after the last comes the first.
     void stepThroughSearch(int step);
+    /// Returns the first row from `row` on whose macro fits the search, or else the last one before it; -1 for none.
+    [[nodiscard]] int rowInSearch(int row) const;
     /// Sends the record that was just appended to the list. Returns its row in the new list. Returns -1 when the daemon
     /// has not accepted the record, which is then removed from the list. Also returns -1 when another macro of the same
     /// name is there.

@@ -203,8 +203,28 @@ void KeyboardMacrosController::deleteMacro()
     const int count = int(mMacrosSettingsArray.size());
     if (count == 0)
         setStateOfMacroDetailsTableWithState(true);
-    mMacroTableView->selectRow(row < count - 1 ? row : count - 1);
+    const int next = rowInSearch(row);
+    if (next >= 0)
+        mMacroTableView->selectRow(next);
+    else
+        mMacroTableView->deselectAll();
+    showSearchResult(); // the row of the deleted macro was shown without a match: it was the selected one
     mMacroTableView->setFocus();
+}
+
+int KeyboardMacrosController::rowInSearch(int row) const
+{
+    const auto fits = [this](int each) { return mMacroSearch->fits(MacroRecord::name(macroAt(each))); };
+    const int count = int(mMacrosSettingsArray.size());
+    for (int each = row; each < count; ++each) {
+        if (fits(each))
+            return each;
+    }
+    for (int each = qMin(row, count) - 1; each >= 0; --each) {
+        if (fits(each))
+            return each;
+    }
+    return -1;
 }
 
 void KeyboardMacrosController::clickMacroSettingsMenuItem(const QAction *item)

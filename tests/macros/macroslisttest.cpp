@@ -47,6 +47,8 @@ private Q_SLOTS:
     void alertStaysWhileItsMacroExists();
     void deletingSelectsTheNextRow_data();
     void deletingSelectsTheNextRow();
+    void deletingSelectsTheNextMacroFound_data();
+    void deletingSelectsTheNextMacroFound();
     void deletingTheOnlyMacroHidesTheEventPart();
     void listMenusEnableCommands();
     void addedMacroIsSelectedAndEditedBeforeItIsSent();
@@ -422,6 +424,37 @@ void MacrosListTest::deletingSelectsTheNextRow()
     QCOMPARE(list()->selectedRow(), selected);
     QVERIFY(list()->hasFocus());
     QCOMPARE(mDelegate->calls, (QStringList{u"delete %1"_s.arg(row), u"details %1"_s.arg(selected)}));
+}
+
+void MacrosListTest::deletingSelectsTheNextMacroFound_data()
+{
+    QTest::addColumn<QStringList>("names");
+    QTest::addColumn<int>("row");
+    QTest::addColumn<int>("selected");
+    QTest::addColumn<QStringList>("shown");
+    QTest::newRow("next one further down")
+        << QStringList{u"xa"_s, u"B"_s, u"C"_s, u"xd"_s} << 0 << 2 << QStringList{u"xd"_s};
+    QTest::newRow("next one follows") << QStringList{u"xa"_s, u"xb"_s, u"C"_s} << 0 << 0 << QStringList{u"xb"_s};
+    QTest::newRow("only one above") << QStringList{u"xa"_s, u"B"_s, u"xc"_s, u"D"_s} << 2 << 0 << QStringList{u"xa"_s};
+    QTest::newRow("nearest of several above")
+        << QStringList{u"xa"_s, u"xb"_s, u"C"_s, u"xd"_s} << 3 << 1 << QStringList{u"xa"_s, u"xb"_s};
+    QTest::newRow("below before above") << QStringList{u"xa"_s, u"xb"_s, u"C"_s, u"D"_s, u"xe"_s} << 1 << 3
+                                        << QStringList{u"xa"_s, u"xe"_s};
+    QTest::newRow("none left") << QStringList{u"A"_s, u"xb"_s, u"C"_s} << 1 << -1 << QStringList();
+}
+
+void MacrosListTest::deletingSelectsTheNextMacroFound()
+{
+    QFETCH(QStringList, names);
+    QFETCH(int, row);
+    QFETCH(int, selected);
+    fill(names, row);
+    outlet<QLineEdit>(u"mMacroSearch"_s)->setText(u"x"_s);
+    mController->deleteMacro();
+    QCOMPARE(list()->selectedRow(), selected);
+    QTEST(shownMacros(), "shown");
+    QCOMPARE(outlet(u"mRecordMacroDetails"_s)->isVisible(), selected >= 0);
+    QVERIFY(list()->hasFocus());
 }
 
 void MacrosListTest::deletingTheOnlyMacroHidesTheEventPart()
