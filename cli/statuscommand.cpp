@@ -38,8 +38,8 @@ QString frontApplicationHint()
     const DaemonObjectResult<QVariant> needsExtension =
         frontApplicationObject.property(FrontApplicationKeys::needsShellExtension);
     if (needsExtension && needsExtension->toBool())
-        return u"GNOME on Wayland reports windows to its extension alone: install the package %1; until then, "_s.arg(
-                   FrontApplicationKeys::shellExtensionPackage)
+        return u"GNOME on Wayland reports windows to its extension alone: install and enable the package %1; until then, "_s
+                   .arg(FrontApplicationKeys::shellExtensionPackage)
                + focus + u"an application"_s;
     const QString source = frontApplication("Source"_L1).toString();
     return (source == FrontApplicationKeys::noSource ? u"this desktop does not report the application in front"_s

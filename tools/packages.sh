@@ -54,7 +54,7 @@ package debhelper       dh
 package dpkg-dev        dpkg-buildpackage
 package lintian         lintian
 package mmdebstrap      mmdebstrap
-package e2fsprogs       mkfs.ext4
+package e2fsprogs       -
 fuzz    clang           clang++
 fuzz    libclang-rt-dev|libclang-rt-14-dev /usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.fuzzer-*.a
 bench   libbenchmark-dev -

@@ -3,7 +3,7 @@
 """Runs the scenarios of desktop/scenarios.py on KWin and on GNOME Shell, with the packages installed, in a Debian with
 both (debian.py), and checks the extension's entry for later versions of the Shell. See README.md.
 Usage: desktopstest.py PACKAGES_FOLDER WORK_FOLDER
-Exit codes: 0 all is well, 1 a scenario failed, 77 no such Debian can be made or used here."""
+Exit codes: 0 all is well, 1 a scenario failed, 77 this machine cannot use such a Debian."""
 
 import os
 import re
@@ -14,7 +14,7 @@ import sys
 import time
 from pathlib import Path
 
-from debian import EXTENSION, PACKAGES, desktops_folder, package_file
+from debian import EXTENSION, PACKAGES, desktops_folder, make_lower_version, package_file
 
 HERE = Path(__file__).resolve().parent
 # In a process list and file system of its own: its processes and changes are gone with it.
@@ -48,6 +48,8 @@ def run_part(part, root, packages, work):
     shutil.copytree(HERE / "desktop", source)
     for name in (*PACKAGES, EXTENSION):
         shutil.copy(package_file(packages, name), source / f"{name}.deb")
+    (source / "lower").mkdir()
+    make_lower_version(packages, EXTENSION, source / "lower" / f"{EXTENSION}.deb")
     with open(log, "wb") as output:
         command = ["unshare", "--mount", "--pid", "--fork", "--kill-child", "--propagation", "private", "sh", "-c",
                    ENTER, "enter", mount_point, root, source, part]

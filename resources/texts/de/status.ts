@@ -22,7 +22,7 @@
     <message id="lkeyStatusProfileOfApplication"><source>lkeyStatusProfileOfApplication</source><translation>Profil: %@, weil %@ im Vordergrund ist</translation></message>
     <message id="lkeyStatusGameModeOn"><source>lkeyStatusGameModeOn</source><translation>Spielmodus: ein</translation></message>
     <message id="lkeyStatusGameModeOff"><source>lkeyStatusGameModeOff</source><translation>Spielmodus: aus</translation></message>
-    <message id="lkeyStatusNeedsShellExtension"><source>lkeyStatusNeedsShellExtension</source><translation>Damit Profile Fenstern folgen: %@ installieren</translation></message>
+    <message id="lkeyStatusNeedsShellExtension"><source>lkeyStatusNeedsShellExtension</source><translation>Damit Profile Fenstern folgen: %@ installieren und einschalten</translation></message>
     <!-- The wait for an answer. -->
     <message id="lkeyStatusWaiting"><source>lkeyStatusWaiting</source><translation>Warten auf eine Antwort des Tastaturdiensts …</translation></message>
     <message id="lkeyStatusLateReply"><source>lkeyStatusLateReply</source><translation>Der Tastaturdienst hat erst nach %@ s geantwortet.</translation></message>
@@ -43,7 +43,7 @@
     <message id="lkeyStatusCleanUpRefused"><source>lkeyStatusCleanUpRefused</source><translation>Der Eintrag wurde gelöscht, die Belegung der zugehörigen Tasten aber nicht: %@.</translation></message>
     <message id="lkeyStatusCleanUpWithoutReply"><source>lkeyStatusCleanUpWithoutReply</source><translation>Der Eintrag wurde gelöscht, aber danach hat der Tastaturdienst nicht geantwortet. Die zugehörigen Tasten sind möglicherweise noch belegt.</translation></message>
     <message id="lkeyStatusSettingsProblem"><source>lkeyStatusSettingsProblem</source><translation>Problem mit den Tastatureinstellungen: %@</translation></message>
-    <message id="lkeyStatusShellExtensionMissing"><source>lkeyStatusShellExtensionMissing</source><translation>Profile folgen Fenstern unter GNOME nur mit dem Paket „%@“.</translation></message>
+    <message id="lkeyStatusShellExtensionMissing"><source>lkeyStatusShellExtensionMissing</source><translation>Profile folgen Fenstern unter GNOME nur mit dem Paket „%@“, installiert und eingeschaltet.</translation></message>
     <!-- The reason at the end of lkeyStatusRefused, lkeyStatusRecordingNotStored and lkeyStatusCleanUpRefused. -->
     <message id="lkeyStatusReasonGone"><source>lkeyStatusReasonGone</source><translation>Der Eintrag ist nicht mehr vorhanden</translation></message>
     <message id="lkeyStatusReasonFull"><source>lkeyStatusReasonFull</source><translation>Es ist kein Platz mehr</translation></message>

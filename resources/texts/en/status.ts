@@ -22,7 +22,7 @@
     <message id="lkeyStatusProfileOfApplication"><source>lkeyStatusProfileOfApplication</source><translation>Profile: %@, because %@ is in front</translation></message>
     <message id="lkeyStatusGameModeOn"><source>lkeyStatusGameModeOn</source><translation>Game mode: on</translation></message>
     <message id="lkeyStatusGameModeOff"><source>lkeyStatusGameModeOff</source><translation>Game mode: off</translation></message>
-    <message id="lkeyStatusNeedsShellExtension"><source>lkeyStatusNeedsShellExtension</source><translation>For profiles that follow windows, install %@</translation></message>
+    <message id="lkeyStatusNeedsShellExtension"><source>lkeyStatusNeedsShellExtension</source><translation>For profiles that follow windows, install and enable %@</translation></message>
     <!-- The wait for an answer. -->
     <message id="lkeyStatusWaiting"><source>lkeyStatusWaiting</source><translation>Waiting for the keyboard service to respond…</translation></message>
     <message id="lkeyStatusLateReply"><source>lkeyStatusLateReply</source><translation>The keyboard service took %@ s to respond.</translation></message>
@@ -43,7 +43,7 @@
     <message id="lkeyStatusCleanUpRefused"><source>lkeyStatusCleanUpRefused</source><translation>The entry was deleted, but the keys that used it were not cleared: %@.</translation></message>
     <message id="lkeyStatusCleanUpWithoutReply"><source>lkeyStatusCleanUpWithoutReply</source><translation>The entry was deleted, but then the keyboard service did not respond. The keys that used it may not have been cleared.</translation></message>
     <message id="lkeyStatusSettingsProblem"><source>lkeyStatusSettingsProblem</source><translation>Problem with the keyboard settings: %@</translation></message>
-    <message id="lkeyStatusShellExtensionMissing"><source>lkeyStatusShellExtensionMissing</source><translation>Profiles follow windows of GNOME only with the package “%@”.</translation></message>
+    <message id="lkeyStatusShellExtensionMissing"><source>lkeyStatusShellExtensionMissing</source><translation>Profiles follow windows of GNOME only with the package “%@”, installed and enabled.</translation></message>
     <!-- The reason at the end of lkeyStatusRefused, lkeyStatusRecordingNotStored and lkeyStatusCleanUpRefused. -->
     <message id="lkeyStatusReasonGone"><source>lkeyStatusReasonGone</source><translation>the entry no longer exists</translation></message>
     <message id="lkeyStatusReasonFull"><source>lkeyStatusReasonFull</source><translation>there is no more room</translation></message>

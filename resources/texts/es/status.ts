@@ -22,7 +22,7 @@
     <message id="lkeyStatusProfileOfApplication"><source>lkeyStatusProfileOfApplication</source><translation>Perfil: %@, porque %@ está en primer plano</translation></message>
     <message id="lkeyStatusGameModeOn"><source>lkeyStatusGameModeOn</source><translation>Modo de juego: activado</translation></message>
     <message id="lkeyStatusGameModeOff"><source>lkeyStatusGameModeOff</source><translation>Modo de juego: desactivado</translation></message>
-    <message id="lkeyStatusNeedsShellExtension"><source>lkeyStatusNeedsShellExtension</source><translation>Para que los perfiles sigan a las ventanas, instale %@</translation></message>
+    <message id="lkeyStatusNeedsShellExtension"><source>lkeyStatusNeedsShellExtension</source><translation>Para que los perfiles sigan a las ventanas, instale y active %@</translation></message>
     <!-- The wait for an answer. -->
     <message id="lkeyStatusWaiting"><source>lkeyStatusWaiting</source><translation>Esperando la respuesta del servicio del teclado…</translation></message>
     <message id="lkeyStatusLateReply"><source>lkeyStatusLateReply</source><translation>El servicio del teclado ha tardado %@ s en responder.</translation></message>
@@ -43,7 +43,7 @@
     <message id="lkeyStatusCleanUpRefused"><source>lkeyStatusCleanUpRefused</source><translation>El elemento se ha eliminado, pero no la asignación de las teclas que lo usaban: %@.</translation></message>
     <message id="lkeyStatusCleanUpWithoutReply"><source>lkeyStatusCleanUpWithoutReply</source><translation>El elemento se ha eliminado, pero después el servicio del teclado no ha respondido. Puede que las teclas que lo usaban conserven su asignación.</translation></message>
     <message id="lkeyStatusSettingsProblem"><source>lkeyStatusSettingsProblem</source><translation>Problema con los ajustes del teclado: %@</translation></message>
-    <message id="lkeyStatusShellExtensionMissing"><source>lkeyStatusShellExtensionMissing</source><translation>En GNOME, los perfiles solo siguen a las ventanas con el paquete «%@».</translation></message>
+    <message id="lkeyStatusShellExtensionMissing"><source>lkeyStatusShellExtensionMissing</source><translation>En GNOME, los perfiles solo siguen a las ventanas con el paquete «%@», instalado y activado.</translation></message>
     <!-- The reason at the end of lkeyStatusRefused, lkeyStatusRecordingNotStored and lkeyStatusCleanUpRefused. -->
     <message id="lkeyStatusReasonGone"><source>lkeyStatusReasonGone</source><translation>el elemento ya no existe</translation></message>
     <message id="lkeyStatusReasonFull"><source>lkeyStatusReasonFull</source><translation>no queda sitio</translation></message>

@@ -22,7 +22,7 @@
     <message id="lkeyStatusProfileOfApplication"><source>lkeyStatusProfileOfApplication</source><translation>プロファイル: %@（%@ が前面にあるため）</translation></message>
     <message id="lkeyStatusGameModeOn"><source>lkeyStatusGameModeOn</source><translation>ゲームモード: オン</translation></message>
     <message id="lkeyStatusGameModeOff"><source>lkeyStatusGameModeOff</source><translation>ゲームモード: オフ</translation></message>
-    <message id="lkeyStatusNeedsShellExtension"><source>lkeyStatusNeedsShellExtension</source><translation>プロファイルをウィンドウに連動させるには %@ をインストールしてください</translation></message>
+    <message id="lkeyStatusNeedsShellExtension"><source>lkeyStatusNeedsShellExtension</source><translation>プロファイルをウィンドウに連動させるには %@ をインストールして有効にしてください</translation></message>
     <!-- The wait for an answer. -->
     <message id="lkeyStatusWaiting"><source>lkeyStatusWaiting</source><translation>キーボードのサービスの応答を待っています…</translation></message>
     <message id="lkeyStatusLateReply"><source>lkeyStatusLateReply</source><translation>キーボードのサービスの応答に %@ 秒かかりました。</translation></message>
@@ -43,7 +43,7 @@
     <message id="lkeyStatusCleanUpRefused"><source>lkeyStatusCleanUpRefused</source><translation>項目は削除されましたが、その項目を使うキーの割り当ては解除されませんでした: %@。</translation></message>
     <message id="lkeyStatusCleanUpWithoutReply"><source>lkeyStatusCleanUpWithoutReply</source><translation>項目は削除されましたが、その後キーボードのサービスが応答しませんでした。その項目を使うキーの割り当てが残っている可能性があります。</translation></message>
     <message id="lkeyStatusSettingsProblem"><source>lkeyStatusSettingsProblem</source><translation>キーボードの設定の問題: %@</translation></message>
-    <message id="lkeyStatusShellExtensionMissing"><source>lkeyStatusShellExtensionMissing</source><translation>GNOME でプロファイルをウィンドウに連動させるには、パッケージ「%@」が必要です。</translation></message>
+    <message id="lkeyStatusShellExtensionMissing"><source>lkeyStatusShellExtensionMissing</source><translation>GNOME でプロファイルをウィンドウに連動させるには、パッケージ「%@」をインストールして有効にする必要があります。</translation></message>
     <!-- The reason at the end of lkeyStatusRefused, lkeyStatusRecordingNotStored and lkeyStatusCleanUpRefused. -->
     <message id="lkeyStatusReasonGone"><source>lkeyStatusReasonGone</source><translation>項目がもうありません</translation></message>
     <message id="lkeyStatusReasonFull"><source>lkeyStatusReasonFull</source><translation>空きがありません</translation></message>

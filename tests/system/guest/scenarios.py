@@ -399,6 +399,7 @@ def an_upgrade_keeps_settings_and_the_service():
 @scenario
 def a_removal_leaves_rules_and_settings_and_a_purge_the_settings():
     run("dpkg", "-r", "quill-kestra", "quill-kestra-daemon")
+    expect_own_key()  # no daemon holds the keyboard any longer
     check(not Path("/usr/bin/QuillKestraDaemon").exists(), "the daemon is still installed")
     check_equal(len(real_rules()), 1, "the number of rules")
     run("dpkg", "-P", "quill-kestra", "quill-kestra-daemon")
