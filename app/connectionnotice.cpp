@@ -76,6 +76,8 @@ void ConnectionNotice::clickHelp()
 {
     if (mStart != Start::possible) {
         Q_EMIT helpRequested();
+        if (mStart == Start::failed)
+            Q_EMIT serviceMissed(); // the help may have helped: then the user tries again
         return;
     }
     setStart(Start::requested);

@@ -31,7 +31,7 @@ public:
 Q_SIGNALS:
     void keyboardsRequested(); ///< the user wants to choose a keyboard
     void helpRequested();      ///< the user wants to read what to do about the service
-    void serviceMissed();      ///< no service runs; setCanStartService() may answer
+    void serviceMissed();      ///< no service runs, or its start has failed; setCanStartService() may answer
     void startRequested();     ///< the user wants to start the service
     void shown();              ///< or hidden again
 

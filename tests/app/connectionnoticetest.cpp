@@ -161,11 +161,16 @@ private Q_SLOTS:
         button->click();
         QCOMPARE(helped.size(), 1);
         QCOMPARE(requested.size(), 1);
+        // Who has read the help can try again.
+        QCOMPARE(missed.size(), 2);
+        QCOMPARE(offersOf(notice), failure);
+        notice.setCanStartService(true);
+        QCOMPARE(offersOf(notice), start);
         // A service that ran meanwhile can be started again.
         notice.show({.service = Service::running, .isAttached = true});
         QVERIFY(notice.isHidden());
         notice.show({.service = Service::absent});
-        QCOMPARE(missed.size(), 2);
+        QCOMPARE(missed.size(), 3);
         QCOMPARE(offersOf(notice), help);
         notice.setCanStartService(false);
         QCOMPARE(offersOf(notice), help);
