@@ -97,6 +97,7 @@ const char *keyOf(Event event)
     case Event::noReplyToChange: return "lkeyStatusNoReplyToChange";
     case Event::lateReply: return "lkeyStatusLateReply";
     case Event::entryHasChanged: return "lkeyStatusEntryHasChanged";
+    case Event::eventsNotCopied: return "lkeyStatusEventsNotCopied";
     case Event::recordingNotStored: return "lkeyStatusRecordingNotStored";
     case Event::recordingWithoutReply: return "lkeyStatusRecordingWithoutReply";
     case Event::cleanUpRefused: return "lkeyStatusCleanUpRefused";

@@ -19,6 +19,7 @@ struct StatusReport
         noReplyToChange,       ///< as noReply; the daemon may still make the change
         lateReply,             ///< the number is that of the seconds
         entryHasChanged,       ///< a change was not sent, because its profile or macro is another one now
+        eventsNotCopied,       ///< the clipboard cannot hold one of the chosen events
         recordingNotStored,    ///< the number is the Status
         recordingWithoutReply, ///< as noReplyToChange, for a recording
         cleanUpRefused,        ///< a profile or macro was deleted, but not its assignments; the number is the Status

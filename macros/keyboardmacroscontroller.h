@@ -309,7 +309,9 @@ private:
     void storeEvents(const QVariantList &read, const QVariantList &changed, const QList<int> &chosen);
     void selectEvents(const QList<int> &indexes);
     void selectEventRows(const QList<int> &rows);
-    void copySelectedEvents();
+    /// Returns false if nothing is selected. Also returns false, and reports it, if one of the events could not be
+    /// pasted. The clipboard then stays as it was.
+    bool copySelectedEvents();
     void deleteSelectedEvents();
     void pasteEvents();
     void moveSelectedEvents(int step);

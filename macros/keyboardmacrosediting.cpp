@@ -14,6 +14,7 @@
 #include <QMimeData>
 
 #include <algorithm>
+#include <memory>
 #include <numeric>
 
 namespace {
@@ -34,8 +35,8 @@ void KeyboardMacrosController::editEvents(MacroCommands::EventTag tag)
         return;
     switch (tag) {
     case MacroCommands::cutEvents:
-        copySelectedEvents();
-        deleteSelectedEvents();
+        if (copySelectedEvents())
+            deleteSelectedEvents();
         break;
     case MacroCommands::copyEvents: copySelectedEvents(); break;
     case MacroCommands::pasteEvents: pasteEvents(); break;
@@ -94,11 +95,19 @@ void KeyboardMacrosController::selectEventRows(const QList<int> &rows)
     mMacroDetailsTableView->setFocus();
 }
 
-void KeyboardMacrosController::copySelectedEvents()
+bool KeyboardMacrosController::copySelectedEvents()
 {
     const SelectedEvents selected = readSelectedEvents();
-    if (const auto copies = MacroEdits::copied(selected.all, selected.indexes); copies && !copies->isEmpty())
-        QGuiApplication::clipboard()->setMimeData(EventsClip::toMimeData(*copies));
+    const auto copies = MacroEdits::copied(selected.all, selected.indexes);
+    if (!copies || copies->isEmpty())
+        return false;
+    std::unique_ptr<QMimeData> data(EventsClip::toMimeData(*copies));
+    if (!EventsClip::fromMimeData(data.get())) {
+        report(StatusReport::Event::eventsNotCopied, {});
+        return false;
+    }
+    QGuiApplication::clipboard()->setMimeData(data.release());
+    return true;
 }
 
 void KeyboardMacrosController::deleteSelectedEvents()

@@ -141,6 +141,8 @@ void StatusWordsTest::describesTheEvents_data()
         u"The keyboard service did not respond. The change may be missing."_s);
     add("late", {Event::lateReply, {}, 3}, u"The keyboard service took 3 s to respond."_s);
     add("other entry", {Event::entryHasChanged}, u"The change was not made: the list has changed meanwhile."_s);
+    add("events not copied", {Event::eventsNotCopied},
+        u"The events were not copied: one of them is not a key, mouse button or pause that a macro can play."_s);
     add("recording, no answer", {Event::recordingWithoutReply},
         u"The keyboard service did not respond. The recording may be missing."_s);
     add("recording", {Event::recordingNotStored, {}, int(Status::limitReached)},

@@ -77,6 +77,8 @@ private Q_SLOTS:
     void copiesIntoAnotherMacro();
     void pastesAtTheEndWithoutASelection();
     void cutEventsCanBePastedBack();
+    void eventsThatCannotBePastedStay_data();
+    void eventsThatCannotBePastedStay();
     void pastesOnlyEvents_data();
     void pastesOnlyEvents();
     void moves_data();
@@ -276,6 +278,37 @@ void MacrosEditingTest::cutEventsCanBePastedBack()
     press(Qt::Key_V, Qt::ControlModifier);
     QCOMPARE(stored(), before);
     QCOMPARE(replacements().size(), 2);
+}
+
+void MacrosEditingTest::eventsThatCannotBePastedStay_data()
+{
+    QTest::addColumn<int>("command");
+    QTest::addColumn<int>("delayMs");
+    QTest::addColumn<int>("argument");
+    const auto add = [](const char *name, int delayMs, int argument) {
+        QTest::addRow("cut, %s", name) << MacroCommands::cutEvents + 0 << delayMs << argument;
+        QTest::addRow("copy, %s", name) << MacroCommands::copyEvents + 0 << delayMs << argument;
+    };
+    add("negative pause", -5, 4);
+    add("unknown key", 0, 300);
+}
+
+void MacrosEditingTest::eventsThatCannotBePastedStay()
+{
+    QFETCH(int, command);
+    QFETCH(int, delayMs);
+    QFETCH(int, argument);
+    QVariantList before = taps(2);
+    before[2] = QVariantMap{{u"command"_s, 1}, {u"delay"_s, delayMs}, {u"page"_s, 7}, {u"argument"_s, argument}};
+    fillEvents(before);
+    QGuiApplication::clipboard()->setText(u"earlier"_s);
+    mDelegate->reports.clear();
+    events()->selectAll();
+    choose("mSettingsMacroDetails", command);
+    QCOMPARE(stored(), before);
+    QCOMPARE(replacements(), QStringList());
+    QCOMPARE(QGuiApplication::clipboard()->text(), u"earlier"_s);
+    QCOMPARE(mDelegate->reports, QList{StatusReport::Event::eventsNotCopied});
 }
 
 void MacrosEditingTest::pastesOnlyEvents_data()

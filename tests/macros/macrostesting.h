@@ -2,6 +2,7 @@
 // Shared parts of the tests of the macros tab: a delegate that records its calls, and the tab in a window.
 #pragma once
 
+#include "base/statusreport.h"
 #include "macros/keyboardmacroscontroller.h"
 #include "macros/macrodelegate.h"
 #include "platform/distributednotificationcenter.h"
@@ -52,6 +53,7 @@ public:
     void startEditHID() override;
     void showKeyOfProfile(int keyCode, int profileIndex) override;
     void stopSingleKeyRecording() override;
+    void report(const StatusReport &report) override { reports += report.event; }
 
     /// Hands the macros over, as it does after each successful command.
     void refresh();
@@ -68,6 +70,7 @@ public:
     QVariantMap event{{u"command"_s, 1}, {u"delay"_s, 20}, {u"page"_s, 9}, {u"argument"_s, 1}};
     QVariantMap record; ///< the record of the last call that carried one
     QStringList calls;
+    QList<StatusReport::Event> reports;
     std::function<void()> duringAdd;                     ///< runs before the tab is refreshed
     std::function<void(const QString &call)> duringCall; ///< runs at the start of each call
 

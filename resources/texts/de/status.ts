@@ -38,6 +38,7 @@
     <message id="lkeyStatusNoReply"><source>lkeyStatusNoReply</source><translation>Der Tastaturdienst hat nicht geantwortet.</translation></message>
     <message id="lkeyStatusNoReplyToChange"><source>lkeyStatusNoReplyToChange</source><translation>Der Tastaturdienst hat nicht geantwortet. Die Änderung fehlt möglicherweise.</translation></message>
     <message id="lkeyStatusEntryHasChanged"><source>lkeyStatusEntryHasChanged</source><translation>Die Änderung wurde nicht vorgenommen: Die Liste hat sich inzwischen geändert.</translation></message>
+    <message id="lkeyStatusEventsNotCopied"><source>lkeyStatusEventsNotCopied</source><translation>Die Ereignisse wurden nicht kopiert: Darunter ist eines, das keine spielbare Taste, Maustaste oder Pause ist.</translation></message>
     <message id="lkeyStatusRecordingNotStored"><source>lkeyStatusRecordingNotStored</source><translation>Die Aufnahme konnte nicht gespeichert werden: %@.</translation></message>
     <message id="lkeyStatusRecordingWithoutReply"><source>lkeyStatusRecordingWithoutReply</source><translation>Der Tastaturdienst hat nicht geantwortet. Die Aufnahme fehlt möglicherweise.</translation></message>
     <message id="lkeyStatusCleanUpRefused"><source>lkeyStatusCleanUpRefused</source><translation>Der Eintrag wurde gelöscht, die Belegung der zugehörigen Tasten aber nicht: %@.</translation></message>

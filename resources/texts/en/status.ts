@@ -38,6 +38,7 @@
     <message id="lkeyStatusNoReply"><source>lkeyStatusNoReply</source><translation>The keyboard service did not respond.</translation></message>
     <message id="lkeyStatusNoReplyToChange"><source>lkeyStatusNoReplyToChange</source><translation>The keyboard service did not respond. The change may be missing.</translation></message>
     <message id="lkeyStatusEntryHasChanged"><source>lkeyStatusEntryHasChanged</source><translation>The change was not made: the list has changed meanwhile.</translation></message>
+    <message id="lkeyStatusEventsNotCopied"><source>lkeyStatusEventsNotCopied</source><translation>The events were not copied: one of them is not a key, mouse button or pause that a macro can play.</translation></message>
     <message id="lkeyStatusRecordingNotStored"><source>lkeyStatusRecordingNotStored</source><translation>The recording could not be stored: %@.</translation></message>
     <message id="lkeyStatusRecordingWithoutReply"><source>lkeyStatusRecordingWithoutReply</source><translation>The keyboard service did not respond. The recording may be missing.</translation></message>
     <message id="lkeyStatusCleanUpRefused"><source>lkeyStatusCleanUpRefused</source><translation>The entry was deleted, but the keys that used it were not cleared: %@.</translation></message>

@@ -38,6 +38,7 @@
     <message id="lkeyStatusNoReply"><source>lkeyStatusNoReply</source><translation>El servicio del teclado no ha respondido.</translation></message>
     <message id="lkeyStatusNoReplyToChange"><source>lkeyStatusNoReplyToChange</source><translation>El servicio del teclado no ha respondido. Puede que el cambio se haya perdido.</translation></message>
     <message id="lkeyStatusEntryHasChanged"><source>lkeyStatusEntryHasChanged</source><translation>No se ha hecho el cambio: la lista ha cambiado entretanto.</translation></message>
+    <message id="lkeyStatusEventsNotCopied"><source>lkeyStatusEventsNotCopied</source><translation>No se han copiado los eventos: uno de ellos no es una tecla, un botón del ratón ni una pausa que una macro pueda reproducir.</translation></message>
     <message id="lkeyStatusRecordingNotStored"><source>lkeyStatusRecordingNotStored</source><translation>No se ha podido guardar la grabación: %@.</translation></message>
     <message id="lkeyStatusRecordingWithoutReply"><source>lkeyStatusRecordingWithoutReply</source><translation>El servicio del teclado no ha respondido. Puede que la grabación se haya perdido.</translation></message>
     <message id="lkeyStatusCleanUpRefused"><source>lkeyStatusCleanUpRefused</source><translation>El elemento se ha eliminado, pero no la asignación de las teclas que lo usaban: %@.</translation></message>

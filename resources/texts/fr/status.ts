@@ -38,6 +38,7 @@
     <message id="lkeyStatusNoReply"><source>lkeyStatusNoReply</source><translation>Le service du clavier n’a pas répondu.</translation></message>
     <message id="lkeyStatusNoReplyToChange"><source>lkeyStatusNoReplyToChange</source><translation>Le service du clavier n’a pas répondu. La modification est peut-être perdue.</translation></message>
     <message id="lkeyStatusEntryHasChanged"><source>lkeyStatusEntryHasChanged</source><translation>La modification n’a pas été faite : la liste a changé entre-temps.</translation></message>
+    <message id="lkeyStatusEventsNotCopied"><source>lkeyStatusEventsNotCopied</source><translation>Les événements n’ont pas été copiés : l’un d’eux n’est ni une touche, ni un bouton de souris, ni une pause qu’une macro peut jouer.</translation></message>
     <message id="lkeyStatusRecordingNotStored"><source>lkeyStatusRecordingNotStored</source><translation>L’enregistrement n’a pas pu être sauvegardé : %@.</translation></message>
     <message id="lkeyStatusRecordingWithoutReply"><source>lkeyStatusRecordingWithoutReply</source><translation>Le service du clavier n’a pas répondu. L’enregistrement est peut-être perdu.</translation></message>
     <message id="lkeyStatusCleanUpRefused"><source>lkeyStatusCleanUpRefused</source><translation>L’élément a été supprimé, mais les touches qui l’utilisaient n’ont pas été réinitialisées : %@.</translation></message>

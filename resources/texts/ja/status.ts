@@ -38,6 +38,7 @@
     <message id="lkeyStatusNoReply"><source>lkeyStatusNoReply</source><translation>キーボードのサービスが応答しませんでした。</translation></message>
     <message id="lkeyStatusNoReplyToChange"><source>lkeyStatusNoReplyToChange</source><translation>キーボードのサービスが応答しませんでした。変更が反映されていない可能性があります。</translation></message>
     <message id="lkeyStatusEntryHasChanged"><source>lkeyStatusEntryHasChanged</source><translation>その間に一覧が変わったため、変更は行われませんでした。</translation></message>
+    <message id="lkeyStatusEventsNotCopied"><source>lkeyStatusEventsNotCopied</source><translation>イベントはコピーされませんでした。マクロが再生できるキー、マウスボタン、待ち時間のいずれでもないものが含まれています。</translation></message>
     <message id="lkeyStatusRecordingNotStored"><source>lkeyStatusRecordingNotStored</source><translation>記録を保存できませんでした: %@。</translation></message>
     <message id="lkeyStatusRecordingWithoutReply"><source>lkeyStatusRecordingWithoutReply</source><translation>キーボードのサービスが応答しませんでした。記録が保存されていない可能性があります。</translation></message>
     <message id="lkeyStatusCleanUpRefused"><source>lkeyStatusCleanUpRefused</source><translation>項目は削除されましたが、その項目を使うキーの割り当ては解除されませんでした: %@。</translation></message>
