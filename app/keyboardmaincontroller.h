@@ -184,7 +184,7 @@ public:
     QVariantMap getSequenceDetailsEventIndex(int macroIndex, int eventIndex) override;
     bool replaceEventsOfMacroAtIndex(int macroIndex, const QVariantList &readEvents,
                                      const QVariantList &events) override;
-    void reloadMacros() override { refresh(); }
+    bool reloadMacros() override;
     void recordButton(int button, bool isDown) override;
     void startTryMacroIndex(int repeat, int macroIndex) override;
     void stopTry() override { mMacroTry.stop(); }

@@ -335,6 +335,13 @@ void KeyboardMainController::getMacroDetailsForMacroAtIndex(int macroIndex)
         mMacrosController->updateSelectedMacroWithMacroDetails(lines.toList());
 }
 
+bool KeyboardMainController::reloadMacros()
+{
+    if (mAreMacroEventsOld)
+        refresh();
+    return !mAreMacroEventsOld;
+}
+
 void KeyboardMainController::recordButton(int button, bool isDown)
 {
     // From the reply port's connection: the daemon takes buttons only from the program that owns the port.

@@ -141,7 +141,6 @@ void KeyboardMacrosController::setMMacrosSettingsArray(const QVariantList &macro
 {
     mMacrosSettingsArray = macros;
     mIsListNew = true;
-    mLines.recordsHaveCome();
 }
 
 void KeyboardMacrosController::setProfiles(const QVariantList &profiles, int activeProfile)
@@ -170,10 +169,9 @@ void KeyboardMacrosController::updateSelectedMacroWithMacroDetails(const QVarian
     linesHaveChanged();
 }
 
-void KeyboardMacrosController::reloadStaleRecords()
+bool KeyboardMacrosController::hasPresentRecords()
 {
-    if (mLines.areRecordsStale() && mMacroDelegate)
-        mMacroDelegate->reloadMacros();
+    return !mMacroDelegate || mMacroDelegate->reloadMacros();
 }
 
 void KeyboardMacrosController::linesHaveChanged()

@@ -24,6 +24,7 @@
 #include <QVariantMap>
 
 #include <functional>
+#include <optional>
 
 class ButtonArea;
 class DistributedNotificationCenter;
@@ -294,8 +295,9 @@ private:
     void recordButton(int button, bool isDown);
     void setDelayOfRow(int row, int delayMs);
     void releaseKeysAtEnd();
-    /// Reads the macros again if events were edited since they came: the replies to such edits have no records.
-    void reloadStaleRecords();
+    /// Reads the macros again if events were edited since they came. False if they have not come: the records must not
+    /// be used. The reason was reported.
+    [[nodiscard]] bool hasPresentRecords();
     void updateTimeline();
     void markUnpairedEvents();
     /// The events of the selected macro, and which of them the selected rows belong to (ascending).
@@ -304,7 +306,8 @@ private:
         QVariantList all;
         QList<int> indexes;
     };
-    [[nodiscard]] SelectedEvents readSelectedEvents();
+    /// Absent without present records; the reason was reported.
+    [[nodiscard]] std::optional<SelectedEvents> readSelectedEvents();
     /// Stores `changed` in place of `read`, as one change, and selects `chosen` of it.
     void storeEvents(const QVariantList &read, const QVariantList &changed, const QList<int> &chosen);
     void selectEvents(const QList<int> &indexes);

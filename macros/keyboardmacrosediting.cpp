@@ -49,9 +49,10 @@ void KeyboardMacrosController::editEvents(MacroCommands::EventTag tag)
     }
 }
 
-KeyboardMacrosController::SelectedEvents KeyboardMacrosController::readSelectedEvents()
+std::optional<KeyboardMacrosController::SelectedEvents> KeyboardMacrosController::readSelectedEvents()
 {
-    reloadStaleRecords();
+    if (!hasPresentRecords())
+        return {};
     SelectedEvents selected{.all = MacroRecord::events(macroAt(macroRow())), .indexes = {}};
     const QList<int> eventsOfRows = MacroRecord::eventsOfRows(selected.all);
     const QList<int> rows = mMacroDetailsTableView->selectedRows();
@@ -97,8 +98,10 @@ void KeyboardMacrosController::selectEventRows(const QList<int> &rows)
 
 bool KeyboardMacrosController::copySelectedEvents()
 {
-    const SelectedEvents selected = readSelectedEvents();
-    const auto copies = MacroEdits::copied(selected.all, selected.indexes);
+    const auto selected = readSelectedEvents();
+    if (!selected)
+        return false;
+    const auto copies = MacroEdits::copied(selected->all, selected->indexes);
     if (!copies || copies->isEmpty())
         return false;
     std::unique_ptr<QMimeData> data(EventsClip::toMimeData(*copies));
@@ -114,12 +117,14 @@ void KeyboardMacrosController::deleteSelectedEvents()
 {
     if (!mMacroDelegate)
         return;
-    const SelectedEvents selected = readSelectedEvents();
-    const auto left = MacroEdits::removing(selected.all, selected.indexes);
-    if (!left || selected.indexes.isEmpty())
+    const auto selected = readSelectedEvents();
+    if (!selected || selected->indexes.isEmpty())
         return;
-    const int next = std::min(selected.indexes.first(), int(left->size()) - 1);
-    storeEvents(selected.all, *left, next < 0 ? QList<int>() : QList<int>{next});
+    const auto left = MacroEdits::removing(selected->all, selected->indexes);
+    if (!left)
+        return;
+    const int next = std::min(selected->indexes.first(), int(left->size()) - 1);
+    storeEvents(selected->all, *left, next < 0 ? QList<int>() : QList<int>{next});
 }
 
 /// Inserts the events of the clipboard before the first selected one, without a selection at the end.
@@ -128,21 +133,23 @@ void KeyboardMacrosController::pasteEvents()
     const auto pasted = EventsClip::fromMimeData(QGuiApplication::clipboard()->mimeData());
     if (!pasted)
         return;
-    const SelectedEvents selected = readSelectedEvents();
-    const int place = selected.indexes.value(0, int(selected.all.size()));
+    const auto selected = readSelectedEvents();
+    if (!selected)
+        return;
+    const int place = selected->indexes.value(0, int(selected->all.size()));
     // Not MacroEdits::inserting(): the daemon refuses too many events, and the window says so.
-    storeEvents(selected.all, selected.all.first(place) + *pasted + selected.all.sliced(place),
+    storeEvents(selected->all, selected->all.first(place) + *pasted + selected->all.sliced(place),
                 neighbours(place, pasted->size()));
 }
 
 /// Moves the selected events by one place; events that were apart become neighbours.
 void KeyboardMacrosController::moveSelectedEvents(int step)
 {
-    const SelectedEvents selected = readSelectedEvents();
-    if (selected.indexes.isEmpty())
+    const auto selected = readSelectedEvents();
+    if (!selected || selected->indexes.isEmpty())
         return;
-    moveEvents(selected, step < 0 ? std::max(0, selected.indexes.first() - 1)
-                                  : std::min(int(selected.all.size()), selected.indexes.last() + 2));
+    moveEvents(*selected, step < 0 ? std::max(0, selected->indexes.first() - 1)
+                                   : std::min(int(selected->all.size()), selected->indexes.last() + 2));
 }
 
 void KeyboardMacrosController::moveEvents(const SelectedEvents &selected, int place)
@@ -164,18 +171,17 @@ void KeyboardMacrosController::tableViewMoveSelectedRows(TableView *, int place)
     if (!mMacroDelegate || macroRow() < 0 || !mSettingsMacroDetails->isEnabled())
         return;
     const QStringList lines = mLines.shown();
-    const SelectedEvents selected = readSelectedEvents();
-    if (selected.indexes.isEmpty() || mLines.shown() != lines)
+    const auto selected = readSelectedEvents();
+    if (!selected || selected->indexes.isEmpty() || mLines.shown() != lines)
         return; // the place was one between other events
-    moveEvents(selected, MacroRecord::eventsOfRows(selected.all).value(place, int(selected.all.size())));
+    moveEvents(*selected, MacroRecord::eventsOfRows(selected->all).value(place, int(selected->all.size())));
 }
 
 void KeyboardMacrosController::storeEventOutOfReach(int row,
                                                     const std::function<QVariantMap(const QVariantMap &event)> &changed)
 {
     const QStringList lines = mLines.shown();
-    reloadStaleRecords();
-    if (mLines.shown() != lines)
+    if (!hasPresentRecords() || mLines.shown() != lines)
         return; // the row was one of other events
     const QVariantList read = MacroRecord::events(macroAt(macroRow()));
     const std::optional<int> index = MacroRecord::eventIndexOfRow(read, row);
@@ -191,9 +197,10 @@ void KeyboardMacrosController::storeEventOutOfReach(int row,
 
 void KeyboardMacrosController::openPauseSheet(MacroPauseSheet::Change change)
 {
-    mEventsToPause = readSelectedEvents();
-    if (mEventsToPause.indexes.isEmpty())
+    const auto selected = readSelectedEvents();
+    if (!selected || selected->indexes.isEmpty())
         return;
+    mEventsToPause = *selected;
     mPauseWindow->ask(mMacrosWindow, change, int(mEventsToPause.indexes.size()));
     mEventsSubject.note(mPauseWindow, eventsOfSelectedMacro());
 }

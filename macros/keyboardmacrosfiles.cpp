@@ -36,7 +36,8 @@ void KeyboardMacrosController::loadSaveAsPanel()
 
 void KeyboardMacrosController::exportMacroToFile(const QString &path)
 {
-    reloadStaleRecords();
+    if (!hasPresentRecords())
+        return;
     const QVariantMap record = macroAt(macroRow());
     if (path.isEmpty() || record.isEmpty())
         return;

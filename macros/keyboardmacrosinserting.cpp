@@ -15,12 +15,12 @@ void KeyboardMacrosController::buildInsertSheet()
 
 void KeyboardMacrosController::openInsertSheet()
 {
-    const SelectedEvents selected = readSelectedEvents();
-    if (macroRow() < 0 || !mInsertWindow)
-        return; // another client has deleted the macro
-    mEventsBeforeInsertion = selected.all;
-    mInsertWindow->ask(mMacrosWindow, selected.all, MacroRecord::capacity(mMacrosSettingsArray, macroRow()),
-                       selected.indexes);
+    const auto selected = readSelectedEvents();
+    if (!selected || macroRow() < 0 || !mInsertWindow)
+        return; // another client may have deleted the macro
+    mEventsBeforeInsertion = selected->all;
+    mInsertWindow->ask(mMacrosWindow, selected->all, MacroRecord::capacity(mMacrosSettingsArray, macroRow()),
+                       selected->indexes);
     mEventsSubject.note(mInsertWindow, eventsOfSelectedMacro());
 }
 

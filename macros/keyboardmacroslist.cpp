@@ -146,7 +146,8 @@ void KeyboardMacrosController::stepThroughSearch(int step)
 
 void KeyboardMacrosController::duplicateMacro()
 {
-    reloadStaleRecords();
+    if (!hasPresentRecords())
+        return;
     const QVariantMap record = macroAt(macroRow());
     if (!record.isEmpty())
         addFinishedMacro(MacroFile::importedRecord(MacroFile::exportedRecord(record), mMacrosSettingsArray));

@@ -62,9 +62,8 @@ void KeyboardMacrosController::setDelayOfRow(int row, int delayMs)
 /// Appends the releases of the keys that the selected macro leaves down.
 void KeyboardMacrosController::releaseKeysAtEnd()
 {
-    if (!mMacroDelegate)
+    if (!mMacroDelegate || !hasPresentRecords())
         return;
-    reloadStaleRecords();
     const QVariantList events = MacroRecord::events(macroAt(macroRow()));
     const QVariantList releases = MacroPairs::of(events).missingReleases;
     if (!releases.isEmpty())

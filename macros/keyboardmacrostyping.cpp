@@ -12,9 +12,8 @@ void KeyboardMacrosController::openTypeTextSheet()
 {
     if (!mMacroDelegate || macroRow() < 0)
         return;
-    reloadStaleRecords();
-    if (macroRow() < 0)
-        return; // another client has deleted it
+    if (!hasPresentRecords() || macroRow() < 0)
+        return; // another client may have deleted it
     mEventsBeforeTyping = MacroRecord::events(macroAt(macroRow()));
     if (!mTypeTextWindow) { // later than the other sheets: it loads the keyboard layout
         mTypeTextWindow = new MacroTypeText;

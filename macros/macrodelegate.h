@@ -35,8 +35,9 @@ public:
     /// reported.
     virtual bool replaceEventsOfMacroAtIndex(int macroIndex, const QVariantList &readEvents,
                                              const QVariantList &events) = 0;
-    /// Hands over the macros again, including all edits of their events; does nothing without a reply.
-    virtual void reloadMacros() {}
+    /// Hands over the macros again if events were edited since: the replies to some edits have no records. Returns
+    /// false if they have not come; the reason was reported.
+    [[nodiscard]] virtual bool reloadMacros() { return true; }
     /// Reports a mouse button that the user has pressed or released for the running recording. `button`: 1 to 9. Does
     /// not wait.
     virtual void recordButton(int, bool) {}

@@ -70,5 +70,4 @@ bool MacroLines::showReplyFor(const QVariantMap &macro)
 void MacroLines::forgetReply()
 {
     mRepliedMacro = {};
-    mAreRecordsStale = true;
 }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The lines of the event list, and whose lines they are: it keeps the shown lines, the latest request for lines, the
-// latest reply, and whether the lines are newer than the records of the macros or are about to be replaced. Owned by
-// the macros tab. Main thread only.
+// latest reply, and whether the lines are about to be replaced. Owned by the macros tab. Main thread only.
 #pragma once
 
 #include <QScopedValueRollback>
@@ -33,14 +32,8 @@ public:
     // The latest reply
     /// Shows the latest reply. Returns false, and changes nothing, if it was not for this macro.
     [[nodiscard]] bool showReplyFor(const QVariantMap &macro);
-    /// Forgets the latest reply, which an edit of the events has outdated. The shown lines stay. The edit has also
-    /// made the records stale.
+    /// Forgets the latest reply, which an edit of the events has outdated. The shown lines stay.
     void forgetReply();
-
-    // The records of the macros
-    /// Whether events were edited since the records came.
-    [[nodiscard]] bool areRecordsStale() const { return mAreRecordsStale; }
-    void recordsHaveCome() { mAreRecordsStale = false; }
 
     // Times at which the tab must not fetch lines. Each ends with the returned object.
     /// An operation is in progress that fetches the lines at its end.
@@ -60,7 +53,6 @@ private:
     QVariantMap mRepliedMacro;   ///< the macro of the latest reply
     QStringList mReply;
     bool mHaveLinesCome = false; ///< since the latest request
-    bool mAreRecordsStale = false;
     bool mIsReplacing = false;
     bool mIsFollowing = false;
 };

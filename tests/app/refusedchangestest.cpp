@@ -7,6 +7,7 @@
 #include "lighting/keyboardlightingcontroller.h"
 #include "macros/keyboardmacroscontroller.h"
 #include "macros/macrocommands.h"
+#include "macros/macrorecord.h"
 #include "platform/colorwell.h"
 #include "platform/popupbutton.h"
 #include "platform/pulldownbutton.h"
@@ -32,6 +33,7 @@ using Command = DaemonProtocol::Command;
 
 namespace {
 
+constexpr int macrosTab = 2;
 constexpr int disablePosition = 5;
 constexpr int defaultPosition = 0;
 
@@ -169,6 +171,8 @@ private Q_SLOTS:
     void commandDoesNotReachAProfileThatReplacedItsOwn_data();
     void commandDoesNotReachAProfileThatReplacedItsOwn();
     void missingLinesAreRequestedWithTheNextDocument();
+    void oldEventsAreReadAgainAfterARefusal();
+    void oldEventsAreNotCopiedWithoutAReply();
     void deletionWithoutASwitchMovesTheRows();
     void deletionIsForgottenOnlyWhenItDidNotHappen_data();
     void deletionIsForgottenOnlyWhenItDidNotHappen();
@@ -178,6 +182,19 @@ private:
     {
         mDaemon->setDocument(document);
         mHub->controller->deamonProfileUpdateNotification({u"Profile Updated 271"_s, {}});
+    }
+
+    void deleteEventAndFailToAdd()
+    {
+        mHub->controller->selectTabAtIndex(macrosTab);
+        mHub->find<TableView>("mMacroDetailsTableView")->selectRow(0);
+        mHub->controller->macrosController()->clickDeleteMacroDetails(nullptr);
+        QCOMPARE(mDaemon->count(Command::removeEvent), 1);
+        mDaemon->setReply(Command::addMacro, {{DaemonProtocol::returnStatus, 1}});
+        mHub->controller->addMacroWithSettings({{u"MacroName"_s, u"Refused"_s}});
+        QCOMPARE(mDaemon->count(Command::readSettings), 0);
+        mDaemon->setReply(Command::addMacro, {{DaemonProtocol::returnStatus, 0}});
+        mDaemon->forgetRequests();
     }
 
     HubResources mResources;
@@ -601,6 +618,35 @@ void RefusedChangesTest::missingLinesAreRequestedWithTheNextDocument()
     mHub->find<QPushButton>("mDeleteMacroDetails")->click();
     QCOMPARE(mDaemon->count(Command::removeEvent), 1);
     QCOMPARE(lines->numberOfRows(), 0);
+}
+
+// The reply to the deletion of an event has no document. The redrawing after the refusal brings none either.
+void RefusedChangesTest::oldEventsAreReadAgainAfterARefusal()
+{
+    deleteEventAndFailToAdd();
+    const QVariantList present{MacroRecord::eventRecord({.command = MacroRecord::keyDown, .argument = 4})};
+    QVariantMap document = sampleDocument();
+    QVariantList macros = document[u"Macros"_s].toList();
+    QVariantMap shown = macros.at(1).toMap();
+    shown[u"macroID"_s] = 2; // as in init()
+    macros[1] = MacroRecord::withEvents(shown, present);
+    document[u"Macros"_s] = macros;
+    mDaemon->setDocument(document);
+    mHub->find<PulldownButton>("mSettingsMacro")->itemWithTag(MacroCommands::duplicateMacro)->trigger();
+    QCOMPARE(mDaemon->count(Command::addMacro), 1);
+    const QVariantMap request = mDaemon->lastRequest(Command::addMacro).dictionary;
+    QCOMPARE(MacroRecord::events(request.value(DaemonProtocol::macroContents).toMap()), present);
+}
+
+void RefusedChangesTest::oldEventsAreNotCopiedWithoutAReply()
+{
+    deleteEventAndFailToAdd();
+    mDaemon->setSilent(Command::readSettings);
+    for (int attempt = 1; attempt <= 2; ++attempt) {
+        mHub->find<PulldownButton>("mSettingsMacro")->itemWithTag(MacroCommands::duplicateMacro)->trigger();
+        QCOMPARE(mDaemon->count(Command::readSettings), attempt);
+        QCOMPARE(mDaemon->count(Command::addMacro), 0);
+    }
 }
 
 void RefusedChangesTest::deletionWithoutASwitchMovesTheRows()

@@ -48,7 +48,6 @@ private Q_SLOTS:
     void forgottenAnswerIsNotShown();
     void answerOfAnotherMacroChangesNothing();
     void linesAreNotOutdatedDuringAReplacement();
-    void recordsAreStaleFromAnEditUntilTheyCome();
 };
 
 void MacroLinesTest::showsNoLinesAtFirst()
@@ -177,16 +176,6 @@ void MacroLinesTest::linesAreNotOutdatedDuringAReplacement()
         QVERIFY(!lines.areOutdatedFor(macro(1, 1)));
     }
     QVERIFY(lines.areOutdatedFor(macro(1, 1)));
-}
-
-void MacroLinesTest::recordsAreStaleFromAnEditUntilTheyCome()
-{
-    MacroLines lines;
-    QVERIFY(!lines.areRecordsStale());
-    lines.forgetReply();
-    QVERIFY(lines.areRecordsStale());
-    lines.recordsHaveCome();
-    QVERIFY(!lines.areRecordsStale());
 }
 
 QTEST_APPLESS_MAIN(MacroLinesTest)

@@ -102,6 +102,7 @@ private Q_SLOTS:
     void dragEndsWithItsEvents();
     void anyEditsKeepPairsAndViews();
     void readsThePresentEventsFirst();
+    void usesNoOldEvents();
     void editsNothingDuringARecording();
 
 private:
@@ -876,6 +877,20 @@ void MacrosEditingTest::readsThePresentEventsFirst()
     press(Qt::Key_Delete);
     QCOMPARE(mDelegate->calls.value(0), u"reload"_s);
     QCOMPARE(delays(stored()), (QList<int>{0, 0}));
+}
+
+void MacrosEditingTest::usesNoOldEvents()
+{
+    fillEvents(taps(2));
+    choose("mSettingsMacroDetails", MacroCommands::noDelay); // the lines are now newer than the records
+    events()->selectRows({0, 2});
+    QGuiApplication::clipboard()->setText(u"before"_s);
+    mDelegate->answers = false;
+    press(Qt::Key_C, Qt::ControlModifier);
+    QCOMPARE(QGuiApplication::clipboard()->text(), u"before"_s);
+    press(Qt::Key_Delete);
+    QCOMPARE(mDelegate->calls.count(u"reload"_s), 2);
+    QCOMPARE(replacements(), QStringList());
 }
 
 void MacrosEditingTest::editsNothingDuringARecording()

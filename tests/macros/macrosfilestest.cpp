@@ -25,6 +25,7 @@ private Q_SLOTS:
     void cancelledExportWritesNothing();
     void suffixIsAppendedEvenToANameThatHasIt();
     void exportAfterAnEditWritesTheEditedEvents();
+    void exportWithoutThePresentEventsWritesNothing();
     void exportNeedsASelectedMacro();
     void importAddsTheMacroUnderAUniqueName();
     void importingTwiceNumbersTheName();
@@ -123,6 +124,20 @@ void MacrosFilesTest::exportAfterAnEditWritesTheEditedEvents()
     QCOMPARE(exportTo(u"edited"_s).value_or(QVariantMap()), edited);
     QCOMPARE(mDelegate->calls.count(u"reload"_s), 1);
     QCOMPARE(exportTo(u"again"_s).value_or(QVariantMap()), edited); // present by now
+    QCOMPARE(mDelegate->calls.count(u"reload"_s), 1);
+}
+
+void MacrosFilesTest::exportWithoutThePresentEventsWritesNothing()
+{
+    fill({u"A"_s}, 0);
+    events()->selectRow(0);
+    choose("mSettingsMacroDetails", MacroCommands::noDelay);
+    // A refused change hands over the records that the window has.
+    mController->setMMacrosSettingsArray(mDelegate->macros);
+    mController->refreshTableDisplay();
+    mDelegate->answers = false;
+    QVERIFY(!exportTo(u"old"_s));
+    QVERIFY(!QFile::exists(inFolder(u"old.KestraMacro"_s)));
     QCOMPARE(mDelegate->calls.count(u"reload"_s), 1);
 }
 

@@ -114,6 +114,7 @@ void RecordingDelegate::renameMacroAtIndexWithNewName(int macroIndex, const QStr
 void RecordingDelegate::removeEventAtIndexForMacroAtIndex(int eventIndex, int macroIndex)
 {
     note(u"removeEvent %1 %2"_s.arg(eventIndex).arg(macroIndex));
+    areEventsOld = true;
     if (storesRequests)
         store(macroIndex, MacroRecord::removingEventOfRow(eventsOf(macroIndex), eventIndex));
     else
@@ -123,17 +124,20 @@ void RecordingDelegate::removeEventAtIndexForMacroAtIndex(int eventIndex, int ma
 void RecordingDelegate::removeAllEventsForMacroAtIndex(int macroIndex)
 {
     note(u"removeAll %1"_s.arg(macroIndex));
+    areEventsOld = true;
     lines.clear();
 }
 
 void RecordingDelegate::setAllEventsDelayForMacroAtIndexHasNoDelay(int delay, int macroIndex, bool hasNoDelay)
 {
     note(u"allDelays %1 %2 %3"_s.arg(delay).arg(macroIndex).arg(int(hasNoDelay)));
+    areEventsOld = true;
 }
 
 void RecordingDelegate::setNewDelayAtMacroEventIndexForMacroAtIndex(int delay, int eventIndex, int macroIndex)
 {
     note(u"delay %1 %2 %3"_s.arg(delay).arg(eventIndex).arg(macroIndex));
+    areEventsOld = true;
     if (storesRequests)
         store(macroIndex, MacroRecord::settingDelayOfRow(eventsOf(macroIndex), eventIndex, delay));
 }
@@ -141,6 +145,7 @@ void RecordingDelegate::setNewDelayAtMacroEventIndexForMacroAtIndex(int delay, i
 void RecordingDelegate::updateSequenceInfoEventIndexNewDict(int macroIndex, int eventIndex, const QVariantMap &changed)
 {
     note(u"update %1 %2"_s.arg(macroIndex).arg(eventIndex));
+    areEventsOld = true;
     record = changed;
 }
 
@@ -162,10 +167,13 @@ bool RecordingDelegate::replaceEventsOfMacroAtIndex(int macroIndex, const QVaria
     return isStored;
 }
 
-void RecordingDelegate::reloadMacros()
+bool RecordingDelegate::reloadMacros()
 {
-    note(u"reload"_s);
-    refresh();
+    if (areEventsOld) {
+        note(u"reload"_s);
+        refresh();
+    }
+    return !areEventsOld;
 }
 
 void RecordingDelegate::recordButton(int button, bool isDown)
@@ -224,6 +232,7 @@ void RecordingDelegate::refresh()
 {
     if (!answers)
         return;
+    areEventsOld = false;
     controller->setMMacrosSettingsArray(macros);
     controller->refreshTableDisplay();
 }

@@ -46,7 +46,7 @@ public:
     QVariantMap getSequenceDetailsEventIndex(int macroIndex, int eventIndex) override;
     bool replaceEventsOfMacroAtIndex(int macroIndex, const QVariantList &readEvents,
                                      const QVariantList &changed) override;
-    void reloadMacros() override;
+    bool reloadMacros() override;
     void recordButton(int button, bool isDown) override;
     void startTryMacroIndex(int repeat, int macroIndex) override;
     void stopTry() override;
@@ -63,6 +63,7 @@ public:
     bool storesEvents = true; ///< false: refuses to replace the events of a macro, as it does with other `readEvents`
     bool storesRequests = false; ///< true: also performs the requests for one delay and for the removal of one event
     bool refusesToAdd = false;   ///< refuses like the daemon when a macro does not fit
+    bool areEventsOld = false;   ///< a request has changed events; the tab has not got them
     QVariantList macros;
     QVariantMap addedByOthers; ///< another client adds this macro after the next added one
     QVariantList lines = threeEvents();
