@@ -3,6 +3,7 @@
 #include "macros/macrotimelineview.h"
 
 #include "base/text.h"
+#include "macros/eventline.h"
 #include "macros/macrotimelineaccessibility.h"
 #include "macros/macrotimelinepainter.h"
 
@@ -207,17 +208,29 @@ QString MacroTimelineView::eventText(int event) const
     const bool hasRow = rows != MacroTimeline::Rows();
     const QString line = hasRow ? mLines.value(rows.event >= 0 ? rows.event : rows.delay).trimmed()
                                 : u"0.000 seconds delay"_s; // a first event without a row
-    return localizedFormat("lkeyTimelineEvent", {line, seconds(mTimeline.timesMs.value(event)),
-                                                 QString::number(mTimeline.delaysMs.value(event))});
+    const QString text = localizedFormat("lkeyTimelineEvent", {line, seconds(mTimeline.timesMs.value(event)),
+                                                               QString::number(mTimeline.delaysMs.value(event))});
+    // During a recording, pressed keys are still to be released.
+    if (mIsWatched || rows.event < 0 || !mTimeline.unpairedRows().contains(rows.event))
+        return text;
+    const bool isRelease = eventLineKind(line) == EventLineKind::release;
+    return text + u'\n' + localizedText(isRelease ? "lkeyUnpairedRelease" : "lkeyUnpairedPress");
 }
 
 QString MacroTimelineView::summary() const
 {
     if (mTimeline.eventCount() == 0)
         return {};
-    return localizedFormat("lkeyTimelineSummary",
-                           {QString::number(mTimeline.eventCount()), seconds(mTimeline.durationMs),
-                            mLaneLabels.join(localizedText("lkeyTypeTextComma"))});
+    const QString comma = localizedText("lkeyTypeTextComma");
+    const QString summary =
+        localizedFormat("lkeyTimelineSummary", {QString::number(mTimeline.eventCount()), seconds(mTimeline.durationMs),
+                                                mLaneLabels.join(comma)});
+    QStringList keys;
+    for (const int bar : mTimeline.barsLeftDown())
+        keys += mLaneLabels.value(mTimeline.bars.at(bar).lane);
+    if (mIsWatched || keys.isEmpty())
+        return summary;
+    return summary + u' ' + localizedFormat("lkeyTimelineLeftDown", {keys.join(comma)});
 }
 
 QString MacroTimelineView::scaleText() const

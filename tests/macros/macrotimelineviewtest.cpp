@@ -85,6 +85,7 @@ private Q_SLOTS:
 
     // Assistive tools
     void summaryAndEventsAreInTheTree();
+    void namesWhatIsLeftDown();
     void longMacroHasFewChildren();
     void selectedEventHasTheFocus();
     void childrenStayWithinOtherEvents();
@@ -574,7 +575,8 @@ void MacroTimelineViewTest::summaryAndEventsAreInTheTree()
     QVERIFY(tree);
     QCOMPARE(tree->text(QAccessible::Name), u"Timeline"_s);
     QCOMPARE(tree->text(QAccessible::Description),
-             u"Events: 5. Duration: 0.400 s. Keys and buttons: Left Shift, H, Left Button."_s);
+             u"Events: 5. Duration: 0.400 s. Keys and buttons: Left Shift, H, Left Button. "
+             "Still down at the end: Left Button."_s);
     QStringList names;
     for (int child = 0; child < tree->childCount(); ++child) {
         QAccessibleInterface *one = tree->child(child);
@@ -586,12 +588,29 @@ void MacroTimelineViewTest::summaryAndEventsAreInTheTree()
     QCOMPARE(names.mid(1),
              (QStringList{u"Left Shift"_s, u"H"_s, u"Left Button"_s, u"Key Press Left Shift, at 0.000 s, after 0 ms"_s,
                           u"Key Press H, at 0.100 s, after 100 ms"_s, u"Key Release H, at 0.200 s, after 100 ms"_s,
-                          u"Left Button down, at 0.300 s, after 100 ms"_s,
+                          u"Left Button down, at 0.300 s, after 100 ms\nThis press has no release."_s,
                           u"Key Release Left Shift, at 0.400 s, after 100 ms"_s}));
     QVERIFY(names.first().startsWith("0.0"_L1));
     const QPoint place = mView->viewport()->mapToGlobal(placeOf(releaseH));
     QVERIFY(tree->childAt(place.x(), place.y()));
     QCOMPARE(tree->childAt(place.x(), place.y())->text(QAccessible::Name), names.at(6));
+}
+
+void MacroTimelineViewTest::namesWhatIsLeftDown()
+{
+    const QString noRelease = u"This press has no release."_s, noPress = u"This release has no press."_s;
+    mView->showEvents({u"Key Press A"_s, u"0.010 seconds delay\n"_s, u"Key Release B"_s, u"0.010 seconds delay\n"_s,
+                       u"Key Press C"_s, u"0.010 seconds delay\n"_s, u"Key Release C"_s},
+                      {});
+    QVERIFY2(mView->eventText(0).endsWith(noRelease), qPrintable(mView->eventText(0)));
+    QVERIFY2(mView->eventText(1).endsWith(noPress), qPrintable(mView->eventText(1)));
+    for (const int paired : {2, 3})
+        QVERIFY(!mView->eventText(paired).contains(noRelease) && !mView->eventText(paired).contains(noPress));
+    QVERIFY2(mView->summary().endsWith(u"Still down at the end: A."_s), qPrintable(mView->summary()));
+    // The keys of a recording are still to be released.
+    mView->setWatched(true);
+    QVERIFY(!mView->eventText(0).contains(noRelease));
+    QVERIFY(!mView->summary().contains(u"Still down"_s));
 }
 
 void MacroTimelineViewTest::longMacroHasFewChildren()
