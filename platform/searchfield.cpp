@@ -1,13 +1,30 @@
 // SPDX-License-Identifier: MIT
 #include "platform/searchfield.h"
 
-#include <QEvent>
+#include <QKeyEvent>
 
 #include <cstdlib>
 
 SearchField::SearchField(QWidget *parent) : QLineEdit(parent)
 {
     keepPlaceholderReadable();
+}
+
+bool SearchField::event(QEvent *event)
+{
+    if (event->type() == QEvent::ShortcutOverride && leavesToWindow(*static_cast<QKeyEvent *>(event))) {
+        event->ignore();
+        return true;
+    }
+    return QLineEdit::event(event);
+}
+
+/// Whether the key takes a change back or makes it again, and the field has none. The focus often comes here only
+/// because a tab has been opened.
+bool SearchField::leavesToWindow(const QKeyEvent &event) const
+{
+    return (event.matches(QKeySequence::Undo) || event.matches(QKeySequence::Redo)) && !isUndoAvailable()
+           && !isRedoAvailable();
 }
 
 void SearchField::changeEvent(QEvent *event)

@@ -79,6 +79,9 @@ private Q_SLOTS:
     void everyChangeGoesBackAndComesAgain();
     void selectionFollowsTheKeys();
     void selectionFollowsTheMacro();
+    void shortcutsWorkInTheTabThatAnUndoOpens_data();
+    void shortcutsWorkInTheTabThatAnUndoOpens();
+    void typedSearchKeepsTheShortcuts();
     void shortcutsComeBeforeTheTables_data();
     void shortcutsComeBeforeTheTables();
     void lightOfAnotherProfileIsFoundThere();
@@ -361,6 +364,65 @@ void HistoryEndToEndTest::selectionFollowsTheMacro()
     undo();
     QTRY_COMPARE(list->selectedRow(), 1);
     QTRY_COMPARE(hub().macrosController()->macroDetailsArray().size(), 3); // two events and a delay
+}
+
+void HistoryEndToEndTest::shortcutsWorkInTheTabThatAnUndoOpens_data()
+{
+    QTest::addColumn<int>("tab");
+    QTest::addColumn<QString>("focus");
+    QTest::addColumn<QString>("words");
+    QTest::newRow("macros") << int(keysTab) << u"mF"_s << u"Macro Heal added"_s;
+    QTest::newRow("keys") << int(macrosTab) << u"mMacroTableView"_s << u"A: Disable key"_s;
+}
+
+// The focus is where the window has put it: each key goes there.
+void HistoryEndToEndTest::shortcutsWorkInTheTabThatAnUndoOpens()
+{
+    QFETCH(int, tab);
+    QFETCH(QString, focus);
+    QFETCH(QString, words);
+    if (tab == keysTab) {
+        hub().addMacroWithSettings(macroOf(u"Heal"_s));
+        hub().addMacroWithSettings(macroOf(u"Burst"_s));
+    } else {
+        disableKey(keyA);
+        disableKey(keyB);
+    }
+    const QString later = tab == keysTab ? u"Macro Burst added"_s : u"B: Disable key"_s;
+    QVERIFY(offers(later));
+    tabs()->setCurrentIndex(tab);
+    auto *focused = mHub->window->findChild<QWidget *>(focus);
+    focused->setFocus();
+    QCOMPARE(QApplication::focusWidget(), focused);
+    press(Qt::ControlModifier, QApplication::focusWidget());
+    QTRY_COMPARE(status(), u"Undone: "_s + later);
+    QTRY_VERIFY(tabs()->currentIndex() != tab);
+    QVERIFY(offers(words));
+    press(Qt::ControlModifier, QApplication::focusWidget());
+    QTRY_COMPARE(status(), u"Undone: "_s + words);
+    press(Qt::ControlModifier | Qt::ShiftModifier, QApplication::focusWidget());
+    QTRY_COMPARE(status(), u"Redone: "_s + words);
+}
+
+void HistoryEndToEndTest::typedSearchKeepsTheShortcuts()
+{
+    hub().addMacroWithSettings(macroOf(u"Heal"_s));
+    QVERIFY(offers(u"Macro Heal added"_s));
+    tabs()->setCurrentIndex(macrosTab);
+    auto *search = mHub->find<QLineEdit>("mMacroSearch");
+    search->setFocus();
+    QTest::keyClicks(search, u"He"_s);
+    const QVariantMap before = keptSettings();
+    press(Qt::ControlModifier, search);
+    QCOMPARE(search->text(), QString());
+    press(Qt::ControlModifier, search); // there is no more to take back in the field
+    QCOMPARE(search->text(), QString());
+    press(Qt::ControlModifier | Qt::ShiftModifier, search);
+    QCOMPARE(search->text(), u"He"_s);
+    press(Qt::ControlModifier | Qt::ShiftModifier, search);
+    QCOMPARE(search->text(), u"He"_s);
+    QCOMPARE(keptSettings(), before);
+    QVERIFY(offers(u"Macro Heal added"_s));
 }
 
 void HistoryEndToEndTest::shortcutsComeBeforeTheTables_data()
