@@ -97,7 +97,7 @@ void StatusWordsTest::describesTheState_data()
     add("GNOME without the extension", state,
         attached
             + u"Profile: Raid, chosen by hand  ·  Service: running  ·  Game mode: off  ·  For profiles that follow "
-              "windows, install gnome-shell-extension-quill-kestra"_s);
+              "windows, install and enable gnome-shell-extension-quill-kestra"_s);
 
     state.service = Service::silent;
     add("silent service", state, u"Service: not responding"_s);
