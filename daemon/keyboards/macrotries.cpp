@@ -179,7 +179,16 @@ void MacroTries::watchCallers()
     QStringList callers;
     for (const Try &tried : mTries)
         callers += tried.caller;
-    mCallerWatch.setWatchedServices(callers);
+    // One by one: setWatchedServices() stops watching all of them for a moment, in which one may go unnoticed.
+    const QStringList watched = mCallerWatch.watchedServices();
+    for (const QString &caller : watched) {
+        if (!callers.contains(caller))
+            mCallerWatch.removeWatchedService(caller);
+    }
+    for (const QString &caller : std::as_const(callers)) {
+        if (!watched.contains(caller))
+            mCallerWatch.addWatchedService(caller);
+    }
 }
 
 void MacroTries::requestWake()
