@@ -34,11 +34,13 @@ class Source:
 
 def read_sources(root):
     """Every text file of the repository outside build folders."""
+    # Build folders are not looked into: they are large, and may have the files of a whole system.
+    entries = [entry for entry in sorted(Path(root).iterdir())
+               if entry.name not in SKIPPED_FOLDERS and not entry.name.startswith("build")]
     sources = []
-    for path in sorted(Path(root).rglob("*")):
+    for path in (path for entry in entries for path in (entry, *sorted(entry.rglob("*")))):
         relative = path.relative_to(root)
-        first = relative.parts[0]
-        if first in SKIPPED_FOLDERS or first.startswith("build") or "__pycache__" in relative.parts:
+        if "__pycache__" in relative.parts:
             continue
         if not path.is_file() or path.is_symlink():
             continue
