@@ -12,6 +12,8 @@
 #include "macros/macrodelegate.h"
 #include "macros/macroinsertsheet.h"
 #include "macros/macrorecord.h"
+#include "macros/macrotimelinepart.h"
+#include "macros/macrotimelineview.h"
 #include "macros/nstableviewmacrodetailssubclass.h"
 #include "macros/nstableviewmacrosubclass.h"
 #include "macros/numberonlytextfield.h"
@@ -51,6 +53,8 @@ void KeyboardMacrosController::eventsWereEdited()
     mLines.forgetReply(); // without new lines, none are shown
     fetchLines();
     mMacroDetailsTableView->reloadData();
+    if (mTimeline->view()->timeline().hasSharedNames)
+        (void)hasPresentRecords(); // it takes the keys of one name for one key until the events come
 }
 
 void KeyboardMacrosController::clickDeleteMacroDetails(QObject *)

@@ -26,8 +26,8 @@ void KeyboardMacrosController::updateTimeline()
     const QVariantMap macro = macroAt(macroRow());
     const QVariant identity = MacroRecord::identity(macro);
     const QVariant subject = identity.isValid() ? identity : MacroRecord::name(macro);
-    if (!mTimeline->shows(subject, lines))
-        mTimeline->showEvents(subject, lines, MacroRecord::events(macro));
+    if (!mTimeline->shows(subject, lines, macro))
+        mTimeline->showEvents(subject, lines, macro);
     mTimeline->setRecording(hasRecording());
     markUnpairedEvents();
     // A view that is disabled loses the focus first. The change of a pause must have ended before.

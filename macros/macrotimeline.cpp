@@ -109,6 +109,7 @@ private:
     {
         // Two keys are named "Delete", and many have no name.
         const bool isAmbiguous = name.isEmpty() || name == "Delete"_L1;
+        mTimeline.hasSharedNames |= isAmbiguous;
         const uint argument = isAmbiguous ? argumentOf(name, index) : 0;
         const std::pair key(name, argument);
         if (const auto known = mLanes.constFind(key); known != mLanes.constEnd())

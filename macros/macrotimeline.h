@@ -43,6 +43,7 @@ struct MacroTimeline
     QList<Rows> rows;            ///< of each event
     QList<int> eventLanes;       ///< the lane of each event; -1 for an event without one
     QList<Bar> unpairedReleases; ///< for each release of a key that is not down; `first` and `last` are its index
+    bool hasSharedNames = false; ///< a name belongs to several keys, which only their events distinguish
     QList<int> unpairedPresses; ///< the indexes of the events that press a key that is pressed again before its release
 
     /// Returns the first `maximumEvents` of `events` (event dictionaries), in as few lanes as possible. Only the

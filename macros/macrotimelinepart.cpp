@@ -2,6 +2,7 @@
 #include "macros/macrotimelinepart.h"
 
 #include "base/text.h"
+#include "macros/macrorecord.h"
 #include "macros/macrotimelineview.h"
 #include "platform/mnemonics.h"
 #include "platform/spacing.h"
@@ -73,17 +74,19 @@ QList<QWidget *> MacroTimelinePart::controls() const
     return mZoomButtons + QList<QWidget *>{mView, mRelease};
 }
 
-bool MacroTimelinePart::shows(const QVariant &macro, const QStringList &lines) const
+bool MacroTimelinePart::shows(const QVariant &macro, const QStringList &lines, const QVariantMap &record) const
 {
-    return mMacro == macro && mLines == lines;
+    const bool needsEvents = mView->timeline().hasSharedNames;
+    return mMacro == macro && mLines == lines && (!needsEvents || mSequence == MacroRecord::sequence(record));
 }
 
-void MacroTimelinePart::showEvents(const QVariant &macro, const QStringList &lines, const QVariantList &events)
+void MacroTimelinePart::showEvents(const QVariant &macro, const QStringList &lines, const QVariantMap &record)
 {
     const bool isOther = macro != mMacro;
     mMacro = macro;
     mLines = lines;
-    mView->showEvents(lines, events);
+    mSequence = MacroRecord::sequence(record);
+    mView->showEvents(lines, MacroRecord::events(record));
     if (isOther)
         mView->fit();
     const MacroTimeline &timeline = mView->timeline();

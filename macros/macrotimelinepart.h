@@ -22,10 +22,12 @@ public:
     [[nodiscard]] MacroTimelineView *view() const { return mView; }
     /// The controls that take the focus, in the order of their places.
     [[nodiscard]] QList<QWidget *> controls() const;
-    /// True if these lines of this macro were shown last. `macro` is any value that names it.
-    [[nodiscard]] bool shows(const QVariant &macro, const QStringList &lines) const;
-    /// Shows lines of an event list; `events` are as for MacroTimeline::ofLines(). Another macro is shown as a whole.
-    void showEvents(const QVariant &macro, const QStringList &lines, const QVariantList &events);
+    /// True if these lines of this macro were shown last, and from these events if the lines do not distinguish all
+    /// keys. `macro` is any value that names it.
+    [[nodiscard]] bool shows(const QVariant &macro, const QStringList &lines, const QVariantMap &record) const;
+    /// Shows lines of an event list; the events of `record` are as for MacroTimeline::ofLines(). Another macro is shown
+    /// as a whole.
+    void showEvents(const QVariant &macro, const QStringList &lines, const QVariantMap &record);
     /// During a recording, the user watches the events come: no key counts as left down yet.
     void setRecording(bool isRecording);
 
@@ -45,5 +47,6 @@ private:
     QPushButton *mRelease = nullptr;
     QVariant mMacro;
     QStringList mLines;
+    QVariant mSequence; ///< of the record
     bool mIsRecording = false;
 };

@@ -18,6 +18,7 @@
 #include "macros/macroedits.h"
 #include "macros/macroinsertion.h"
 #include "macros/macrorecord.h"
+#include "macros/macrotimelineview.h"
 #include "macros/macrotrysheet.h"
 #include "macros/macrotypetext.h"
 #include "macros/numberonlytextfield.h"
@@ -138,6 +139,7 @@ private Q_SLOTS:
     void tryIgnoresSignalsOfOthers();
     void strangeFilesKeepBothListsEqual_data();
     void strangeFilesKeepBothListsEqual();
+    void keysOfOneNameStayApartAfterADeletion();
     void replacesTheEvents();
     void editsSeveralEventsAsOneChange();
     void typesATextIntoTheMacro();
@@ -838,6 +840,25 @@ void MacrosEndToEndTest::addTaps(const QString &name, int taps)
     mHub->controller->addMacroWithSettings(MacroRecord::withEvents({{SettingsKeys::macroName, name}}, events));
     list()->selectRow(list()->numberOfRows() - 1);
     QCOMPARE(lines(), eventParser::getMessagesArray(events));
+}
+
+// The list names two keys "Delete".
+void MacrosEndToEndTest::keysOfOneNameStayApartAfterADeletion()
+{
+    constexpr HidUsage backspace{.page = 7, .usage = 42};
+    constexpr HidUsage forwardDelete{.page = 7, .usage = 76};
+    const QVariantList events = QVariantList{MacroEdits::press(forwardDelete)} + MacroEdits::tap(backspace, 10, 10)
+                                + MacroEdits::tap({.page = 7, .usage = keyA}, 10, 10)
+                                + QVariantList{MacroEdits::release(forwardDelete, 10)};
+    mHub->controller->addMacroWithSettings(MacroRecord::withEvents({{SettingsKeys::macroName, u"Erase"_s}}, events));
+    list()->selectRow(list()->numberOfRows() - 1);
+    const auto &timeline = mHub->find<MacroTimelineView>("mMacroTimelineView")->timeline();
+    QCOMPARE(timeline.lanes, 3);
+    constexpr int pressOfA = 6;
+    eventList()->selectRow(pressOfA);
+    QTest::mouseClick(mHub->find<QPushButton>("mDeleteMacroDetails"), Qt::LeftButton);
+    QCOMPARE(timeline.lanes, 3);
+    QCOMPARE(timeline.unpairedRows(), QList<int>{pressOfA}); // its release, which has taken the row
 }
 
 void MacrosEndToEndTest::replacesTheEvents()
