@@ -300,11 +300,13 @@ void FrontApplicationTest::extensionOfGnomeShellIsMissed()
     {
         const Reporter shell(gnomeShell);
         QTRY_VERIFY(isMissed());
-        QVERIFY(runKestractl({u"status"_s})
-                    .text()
-                    .contains(u"frontApplicationHint: GNOME on Wayland reports windows to its extension alone: install "
-                              "the package gnome-shell-extension-quill-kestra; until then, \"kestractl focus NAME\" "
-                              "reports an application\n"_s));
+        QVERIFY(
+            runKestractl({u"status"_s})
+                .text()
+                .contains(
+                    u"frontApplicationHint: GNOME on Wayland reports windows to its extension alone: install "
+                    "and enable the package gnome-shell-extension-quill-kestra; until then, \"kestractl focus NAME\" "
+                    "reports an application\n"_s));
         QCOMPARE(shell.tellWindow(u"kestra-a"_s), QString());
         QTRY_VERIFY(!isMissed());
         QVERIFY(!runKestractl({u"status"_s}).text().contains(u"Hint"_s));
