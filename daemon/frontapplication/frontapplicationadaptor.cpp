@@ -4,6 +4,8 @@
 #include "base/frontapplicationkeys.h"
 #include "daemon/frontapplication/processexecutable.h"
 
+#include <QDBusMessage>
+
 using namespace Qt::StringLiterals;
 
 FrontApplicationObject::FrontApplicationObject(FrontApplicationWatch &watch, const GnomeShell &shell,
