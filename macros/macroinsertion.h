@@ -31,6 +31,7 @@ struct MacroInsertion
     int pauseMs = 0; ///< before the first new event, or the pause itself
     int holdMs = 0;  ///< between the press and the release of a tap or a click
 
+    [[nodiscard]] bool hasHold() const { return kind == Kind::tap || kind == Kind::click; }
     /// Inserts before the event at `place`; the number of events means at the end. `capacity`: how many events the
     /// macro may have, as MacroRecord::capacity(). A pause makes the delay of that event longer. The list has no row
     /// for the delay of the first event: a pause before it becomes the delay of a second one, behind an event that does

@@ -240,11 +240,11 @@ Result<MacroInsertion::Outcome, MacroInsertion::Problem> MacroInsertSheet::outco
 
 void MacroInsertSheet::showKind()
 {
-    const Kind kind = insertion().kind;
-    const bool isTap = kind == Kind::tap || kind == Kind::click;
+    const MacroInsertion wanted = insertion();
+    const Kind kind = wanted.kind;
     mForm->setRowVisible(mKeyRow, kind != Kind::click && kind != Kind::pause);
     mForm->setRowVisible(mButton, kind == Kind::click);
-    mForm->setRowVisible(mHold, isTap);
+    mForm->setRowVisible(mHold, wanted.hasHold());
     const QString pause = localizedText(kind == Kind::pause ? "lkeyInsertPauseLength" : "lkeyInsertPauseBefore");
     if (Mnemonics::plainText(mPauseLabel->text()) != pause) {
         mPauseLabel->setText(pause);
@@ -257,9 +257,8 @@ void MacroInsertSheet::showKind()
 void MacroInsertSheet::showOutcome()
 {
     const MacroInsertion wanted = insertion();
-    const bool needsHold = wanted.kind == Kind::tap || wanted.kind == Kind::click;
     const bool isComplete = !mPause->text().isEmpty() && wanted.pauseMs >= (wanted.kind == Kind::pause ? 1 : 0)
-                            && (!needsHold || (!mHold->text().isEmpty() && wanted.holdMs >= 0));
+                            && (!wanted.hasHold() || (!mHold->text().isEmpty() && wanted.holdMs >= 0));
     const auto made = outcome();
     QString words;
     if (made && made->addsUnpaired)

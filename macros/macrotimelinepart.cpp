@@ -109,16 +109,14 @@ void MacroTimelinePart::setRecording(bool isRecording)
 void MacroTimelinePart::showNotice()
 {
     const MacroTimeline &timeline = mView->timeline();
-    QStringList keys;
-    for (const int bar : timeline.barsLeftDown())
-        keys += mView->laneLabels().value(timeline.bars.at(bar).lane);
+    const QString leftDown = mView->leftDownText();
     QStringList sentences;
-    if (!keys.isEmpty())
-        sentences += localizedFormat("lkeyTimelineLeftDown", {keys.join(localizedText("lkeyTypeTextComma"))});
+    if (!leftDown.isEmpty())
+        sentences += leftDown;
     const auto unpaired = timeline.unpairedPresses.size() + timeline.unpairedReleases.size();
     if (unpaired > 0)
         sentences += localizedFormat("lkeyTimelineUnpaired", {QString::number(unpaired)});
     mNotice->setText(sentences.join(u'\n'));
     mNotice->setVisible(!sentences.isEmpty() && !mIsRecording);
-    mRelease->setVisible(!keys.isEmpty() && !mIsRecording);
+    mRelease->setVisible(!leftDown.isEmpty() && !mIsRecording);
 }

@@ -225,12 +225,17 @@ QString MacroTimelineView::summary() const
     const QString summary =
         localizedFormat("lkeyTimelineSummary", {QString::number(mTimeline.eventCount()), seconds(mTimeline.durationMs),
                                                 mLaneLabels.join(comma)});
+    const QString leftDown = mIsWatched ? QString() : leftDownText();
+    return leftDown.isEmpty() ? summary : summary + u' ' + leftDown;
+}
+
+QString MacroTimelineView::leftDownText() const
+{
     QStringList keys;
     for (const int bar : mTimeline.barsLeftDown())
         keys += mLaneLabels.value(mTimeline.bars.at(bar).lane);
-    if (mIsWatched || keys.isEmpty())
-        return summary;
-    return summary + u' ' + localizedFormat("lkeyTimelineLeftDown", {keys.join(comma)});
+    return keys.isEmpty() ? QString()
+                          : localizedFormat("lkeyTimelineLeftDown", {keys.join(localizedText("lkeyTypeTextComma"))});
 }
 
 QString MacroTimelineView::scaleText() const

@@ -54,6 +54,8 @@ public:
     [[nodiscard]] bool isChangingPause() const { return mChange.has_value(); }
     /// Returns the names of the lanes; the loaded string table has that of a key without a name.
     [[nodiscard]] QStringList laneLabels() const { return mLaneLabels; }
+    /// Names the keys and buttons that are down at the end; empty if there are none.
+    [[nodiscard]] QString leftDownText() const;
     /// Returns an event in words: its line, its time, the pause before it.
     [[nodiscard]] QString eventText(int event) const;
     /// Returns how many events there are, how long they take, and the keys.
