@@ -65,13 +65,21 @@ void FileOpener::askNext()
     // The hub calls back when it has been opened, and the question when it has been answered.
     if (mWaiting.isEmpty() || mSheet || !mHub.isOpened())
         return;
-    if (isWindowFree())
+    if (!mHub.areControlsOn())
+        return reportWait(Event::fileWaitsForKeyboard); // the hub calls back when it can be used
+    if (isWindowFree()) {
+        mReportedWait = {};
         return consider(mWaiting.takeFirst());
-    if (mReportedPath != mWaiting.first()) {
-        mReportedPath = mWaiting.first();
-        mHub.report({.event = Event::fileWaits, .subject = fileName(mReportedPath)});
     }
+    reportWait(Event::fileWaits);
     mRetry.start();
+}
+
+void FileOpener::reportWait(Event event)
+{
+    const std::pair wait(mWaiting.first(), event);
+    if (std::exchange(mReportedWait, wait) != wait)
+        mHub.report({.event = event, .subject = fileName(wait.first)});
 }
 
 bool FileOpener::isWindowFree() const
@@ -88,10 +96,6 @@ bool FileOpener::isWindowFree() const
 
 void FileOpener::consider(const QString &path)
 {
-    if (!mHub.areControlsOn()) {
-        refuse(path, int(Status::deviceAbsent));
-        return askNext();
-    }
     const auto file = OpenedFile::read(path);
     if (!file) {
         const bool isUnreadable = file.error().cause == PropertyList::ReadError::Cause::unreadable;
@@ -157,12 +161,13 @@ void FileOpener::refuse(const QString &path, int status)
     mHub.report({.event = Event::fileRefused, .subject = fileName(path), .number = status});
 }
 
-/// A question cannot be answered without a keyboard.
 void FileOpener::controlsStateChanged()
 {
-    if (mHub.areControlsOn() || !mSheet)
-        return;
-    const QString path = mAsked.path;
-    mSheet->endSheet(alertSecondButtonReturn);
-    refuse(path, int(Status::deviceAbsent));
+    // The hub is still showing the keyboard that has come.
+    if (mHub.areControlsOn()) {
+        QMetaObject::invokeMethod(this, &FileOpener::askNext, Qt::QueuedConnection);
+    } else if (mSheet) { // without a keyboard, the answer would have no effect
+        mWaiting.prepend(mAsked.path);
+        mSheet->endSheet(alertSecondButtonReturn);
+    }
 }

@@ -4,17 +4,20 @@
 #pragma once
 
 #include "app/openedfile.h"
+#include "base/statusreport.h"
 
 #include <QObject>
 #include <QPointer>
 #include <QStringList>
 #include <QTimer>
 
+#include <utility>
+
 class KeyboardMainController;
 class Sheet;
 
-/// Adds nothing without the user's consent. A file waits until the keyboard has been opened, and until no sheet, menu,
-/// name or recording is open that the question would interrupt.
+/// Adds nothing without the user's consent. A file waits until there is a keyboard, and until no sheet, menu, name or
+/// recording is open that the question would interrupt.
 class FileOpener : public QObject
 {
     Q_OBJECT
@@ -31,6 +34,8 @@ public:
 
 private:
     void askNext();
+    /// Says, once for each reason, that the next file waits.
+    void reportWait(StatusReport::Event event);
     [[nodiscard]] bool isWindowFree() const;
     /// Reads the file at `path` and asks, or reports why not.
     void consider(const QString &path);
@@ -43,8 +48,8 @@ private:
 
     KeyboardMainController &mHub;
     QWidget &mWindow;
-    QStringList mWaiting;   ///< paths
-    QString mReportedPath;  ///< of the file whose wait was reported
+    QStringList mWaiting;                                  ///< paths
+    std::pair<QString, StatusReport::Event> mReportedWait; ///< of the file at this path
     QTimer mRetry;          ///< runs while a file waits for the window; a sheet or name can end in many ways
     OpenedFile mAsked;      ///< the file of the question that is up
     QPointer<Sheet> mSheet; ///< the question

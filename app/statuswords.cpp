@@ -112,6 +112,7 @@ const char *keyOf(Event event)
     case Event::historyCleared: return "lkeyHistoryCleared";
     case Event::historyNotCleared: return "lkeyHistoryNotCleared";
     case Event::fileWaits: return "lkeyStatusFileWaits";
+    case Event::fileWaitsForKeyboard: return "lkeyStatusFileWaitsForKeyboard";
     case Event::fileAdded: return "lkeyStatusFileAdded";
     case Event::notAddable: return "lkeyStatusNotAddable";
     case Event::fileRefused: return "lkeyStatusFileRefused";

@@ -34,6 +34,7 @@ struct StatusReport
         historyCleared,        ///< the history and the backups are deleted
         historyNotCleared,     ///< the reason is that of notUndone
         fileWaits,             ///< a file that the user has opened; the subject is its name
+        fileWaitsForKeyboard,  ///< as fileWaits
         fileAdded,             ///< as fileWaits
         notAddable,            ///< as fileWaits: neither a profile nor a macro
         fileRefused,           ///< as fileWaits; the number is the Status with the reason

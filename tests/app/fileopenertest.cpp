@@ -90,8 +90,9 @@ private Q_SLOTS:
     void waitsForTheWindow();
     void saysThatThereIsNoRoom_data();
     void saysThatThereIsNoRoom();
-    void saysThatThereIsNoKeyboard();
-    void questionEndsWithTheKeyboard();
+    void waitsForTheKeyboard();
+    void waitsForTheService();
+    void questionWaitsWithoutTheKeyboard();
     void takesALimitedNumberOfFiles();
     void nameIsUniqueWhenTheFileIsAdded();
     void saysThatTheRoomWasTakenMeanwhile();
@@ -100,6 +101,8 @@ private:
     /// Starts a daemon with these records and opens the window and the opener.
     void start(QVariantList profiles = {profileOf(u"First"_s), profileOf(u"Second"_s)},
                const QVariantList &macros = {});
+    void openWindow();
+    void endMessages() const;
     QString file(const QString &name, const QVariantMap &record) const;
     [[nodiscard]] Sheet *question() const;
     void answer(const char *button) const;
@@ -151,9 +154,23 @@ void FileOpenerTest::start(QVariantList profiles, const QVariantList &macros)
                             {SettingsKeys::macros, macros},
                             {SettingsKeys::deviceSettings, QVariantMap{{SettingsKeys::activeProfile, 0}}}}));
     QVERIFY(mDaemon->start());
+    openWindow();
+}
+
+void FileOpenerTest::openWindow()
+{
     mHub = std::make_unique<Hub>();
     mOpener = std::make_unique<FileOpener>(*mHub->controller, *mHub->window);
     QVERIFY(mHub->openInFront());
+}
+
+/// The user has read that there is no service.
+void FileOpenerTest::endMessages() const
+{
+    for (Sheet *sheet : mHub->window->findChildren<Sheet *>()) {
+        if (sheet->isUp())
+            sheet->endSheet();
+    }
 }
 
 QString FileOpenerTest::file(const QString &name, const QVariantMap &record) const
@@ -451,24 +468,51 @@ void FileOpenerTest::saysThatThereIsNoRoom()
     QVERIFY(question());
 }
 
-void FileOpenerTest::saysThatThereIsNoKeyboard()
+void FileOpenerTest::waitsForTheKeyboard()
 {
     start();
-    mHub->controller->setControlsState(false);
+    QCOMPARE(mDaemon->callKeyboard(u"Remove"_s), QString());
+    QTRY_VERIFY(!mHub->controller->areControlsOn());
     mOpener->open({file(u"Game.KestraProfile"_s, profileOf(u"Game"_s))});
     QVERIFY(!question());
-    QCOMPARE(status(), u"The file “Game.KestraProfile” was not added: the keyboard is not connected."_s);
+    QCOMPARE(status(), u"The file “Game.KestraProfile” opens when the keyboard is ready."_s);
+    QCOMPARE(mDaemon->callKeyboard(u"Attach"_s), QString());
+    QTRY_VERIFY(question());
+    answer("mFileAdd");
+    QCOMPARE(storedProfiles().last(), u"Game"_s);
 }
 
-void FileOpenerTest::questionEndsWithTheKeyboard()
+void FileOpenerTest::waitsForTheService()
+{
+    mDaemon = std::make_unique<DaemonProcessFixture>();
+    openWindow();
+    mOpener->open({file(u"Game.KestraProfile"_s, profileOf(u"Game"_s))});
+    QVERIFY(!question());
+    QCOMPARE(status(), u"The file “Game.KestraProfile” opens when the keyboard is ready."_s);
+    QVERIFY(mDaemon->start());
+    QTRY_VERIFY(mHub->controller->areControlsOn());
+    QVERIFY(!question());
+    endMessages();
+    QTRY_VERIFY(question());
+    answer("mFileAdd");
+    QCOMPARE(storedProfiles().last(), u"Game"_s);
+}
+
+void FileOpenerTest::questionWaitsWithoutTheKeyboard()
 {
     start();
-    mOpener->open({file(u"Game.KestraProfile"_s, profileOf(u"Game"_s))});
+    mOpener->open({file(u"Game.KestraProfile"_s, profileOf(u"Game"_s)), file(u"Second"_s, profileOf(u"Other"_s))});
     QVERIFY(question());
-    mHub->controller->setControlsState(false);
-    QVERIFY(!question());
-    QCOMPARE(status(), u"The file “Game.KestraProfile” was not added: the keyboard is not connected."_s);
+    QCOMPARE(mDaemon->callKeyboard(u"Remove"_s), QString());
+    QTRY_VERIFY(!question());
+    QCOMPARE(status(), u"The file “Game.KestraProfile” opens when the keyboard is ready."_s);
     QCOMPARE(storedProfiles().size(), 2);
+    QCOMPARE(mDaemon->callKeyboard(u"Attach"_s), QString());
+    QTRY_VERIFY(question());
+    QCOMPARE(text("mFileTitle"), u"Add the profile “Game”?"_s);
+    answer("mFileCancel");
+    QTRY_VERIFY(question());
+    QCOMPARE(text("mFileTitle"), u"Add the profile “Other”?"_s);
 }
 
 void FileOpenerTest::takesALimitedNumberOfFiles()

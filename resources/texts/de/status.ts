@@ -55,6 +55,7 @@
     <message id="lkeyStatusReasonBusy"><source>lkeyStatusReasonBusy</source><translation>Der Dienst ist überlastet</translation></message>
     <message id="lkeyStatusReasonInvalid"><source>lkeyStatusReasonInvalid</source><translation>Der Dienst akzeptiert diese Werte nicht</translation></message>
     <message id="lkeyStatusFileWaits"><source>lkeyStatusFileWaits</source><translation>Die Datei „%@“ wird geöffnet, sobald das offene Dialogfenster, die Namenseingabe oder die Aufnahme beendet ist.</translation></message>
+    <message id="lkeyStatusFileWaitsForKeyboard"><source>lkeyStatusFileWaitsForKeyboard</source><translation>Die Datei „%@“ wird geöffnet, sobald die Tastatur bereit ist.</translation></message>
     <message id="lkeyStatusFileAdded"><source>lkeyStatusFileAdded</source><translation>Die Datei „%@“ wurde hinzugefügt.</translation></message>
     <message id="lkeyStatusNotAddable"><source>lkeyStatusNotAddable</source><translation>Die Datei „%@“ ist weder ein Profil noch ein Makro.</translation></message>
     <message id="lkeyStatusFileRefused"><source>lkeyStatusFileRefused</source><translation>Die Datei „%@“ wurde nicht hinzugefügt: %@.</translation></message>

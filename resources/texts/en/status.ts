@@ -55,6 +55,7 @@
     <message id="lkeyStatusReasonBusy"><source>lkeyStatusReasonBusy</source><translation>it is busy</translation></message>
     <message id="lkeyStatusReasonInvalid"><source>lkeyStatusReasonInvalid</source><translation>it does not accept these values</translation></message>
     <message id="lkeyStatusFileWaits"><source>lkeyStatusFileWaits</source><translation>The file “%@” opens when the open sheet, name or recording has ended.</translation></message>
+    <message id="lkeyStatusFileWaitsForKeyboard"><source>lkeyStatusFileWaitsForKeyboard</source><translation>The file “%@” opens when the keyboard is ready.</translation></message>
     <message id="lkeyStatusFileAdded"><source>lkeyStatusFileAdded</source><translation>The file “%@” was added.</translation></message>
     <message id="lkeyStatusNotAddable"><source>lkeyStatusNotAddable</source><translation>The file “%@” is neither a profile nor a macro.</translation></message>
     <message id="lkeyStatusFileRefused"><source>lkeyStatusFileRefused</source><translation>The file “%@” was not added: %@.</translation></message>

@@ -55,6 +55,7 @@
     <message id="lkeyStatusReasonBusy"><source>lkeyStatusReasonBusy</source><translation>está ocupado</translation></message>
     <message id="lkeyStatusReasonInvalid"><source>lkeyStatusReasonInvalid</source><translation>no acepta estos valores</translation></message>
     <message id="lkeyStatusFileWaits"><source>lkeyStatusFileWaits</source><translation>El archivo «%@» se abrirá cuando termine el cuadro de diálogo, el nombre o la grabación en curso.</translation></message>
+    <message id="lkeyStatusFileWaitsForKeyboard"><source>lkeyStatusFileWaitsForKeyboard</source><translation>El archivo «%@» se abrirá cuando el teclado esté listo.</translation></message>
     <message id="lkeyStatusFileAdded"><source>lkeyStatusFileAdded</source><translation>Se ha añadido el archivo «%@».</translation></message>
     <message id="lkeyStatusNotAddable"><source>lkeyStatusNotAddable</source><translation>El archivo «%@» no es ni un perfil ni una macro.</translation></message>
     <message id="lkeyStatusFileRefused"><source>lkeyStatusFileRefused</source><translation>No se ha añadido el archivo «%@»: %@.</translation></message>

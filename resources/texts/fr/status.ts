@@ -55,6 +55,7 @@
     <message id="lkeyStatusReasonBusy"><source>lkeyStatusReasonBusy</source><translation>il est occupé</translation></message>
     <message id="lkeyStatusReasonInvalid"><source>lkeyStatusReasonInvalid</source><translation>il n’accepte pas ces valeurs</translation></message>
     <message id="lkeyStatusFileWaits"><source>lkeyStatusFileWaits</source><translation>Le fichier « %@ » s’ouvrira à la fin du dialogue, de la saisie du nom ou de l’enregistrement en cours.</translation></message>
+    <message id="lkeyStatusFileWaitsForKeyboard"><source>lkeyStatusFileWaitsForKeyboard</source><translation>Le fichier « %@ » s’ouvrira dès que le clavier sera prêt.</translation></message>
     <message id="lkeyStatusFileAdded"><source>lkeyStatusFileAdded</source><translation>Le fichier « %@ » a été ajouté.</translation></message>
     <message id="lkeyStatusNotAddable"><source>lkeyStatusNotAddable</source><translation>Le fichier « %@ » n’est ni un profil ni une macro.</translation></message>
     <message id="lkeyStatusFileRefused"><source>lkeyStatusFileRefused</source><translation>Le fichier « %@ » n’a pas été ajouté : %@.</translation></message>

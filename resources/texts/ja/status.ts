@@ -55,6 +55,7 @@
     <message id="lkeyStatusReasonBusy"><source>lkeyStatusReasonBusy</source><translation>サービスがほかの処理を行っています</translation></message>
     <message id="lkeyStatusReasonInvalid"><source>lkeyStatusReasonInvalid</source><translation>値を受け付けられません</translation></message>
     <message id="lkeyStatusFileWaits"><source>lkeyStatusFileWaits</source><translation>ファイル「%@」は、開いているダイアログ、名前の入力、または記録が終わってから開きます。</translation></message>
+    <message id="lkeyStatusFileWaitsForKeyboard"><source>lkeyStatusFileWaitsForKeyboard</source><translation>ファイル「%@」は、キーボードの準備ができてから開きます。</translation></message>
     <message id="lkeyStatusFileAdded"><source>lkeyStatusFileAdded</source><translation>ファイル「%@」を追加しました。</translation></message>
     <message id="lkeyStatusNotAddable"><source>lkeyStatusNotAddable</source><translation>ファイル「%@」はプロファイルでもマクロでもありません。</translation></message>
     <message id="lkeyStatusFileRefused"><source>lkeyStatusFileRefused</source><translation>ファイル「%@」を追加できませんでした: %@。</translation></message>
