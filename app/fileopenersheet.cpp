@@ -24,7 +24,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int sheetWidth = 480;
-constexpr qsizetype mostLines = 6; ///< of the list of programs, without scrolling
+constexpr qsizetype mostLines = 6; ///< of a list, without scrolling
 
 QLabel *addLabel(QVBoxLayout *layout, const char *objectName, const QString &text)
 {
@@ -36,8 +36,8 @@ QLabel *addLabel(QVBoxLayout *layout, const char *objectName, const QString &tex
     return label;
 }
 
-/// Breaks lines anywhere: a path has no spaces, and all of it must be seen.
-QPlainTextEdit *lines(const char *objectName, const QStringList &texts, const QString &accessibleName)
+/// Breaks lines anywhere and scrolls: the file chooses the texts, and all of them must be seen.
+void addLines(QVBoxLayout *layout, const char *objectName, const QStringList &texts, const QString &accessibleName)
 {
     auto *list = new QPlainTextEdit(texts.join(u'\n'));
     list->setObjectName(QLatin1StringView(objectName));
@@ -47,22 +47,25 @@ QPlainTextEdit *lines(const char *objectName, const QStringList &texts, const QS
     list->setWordWrapMode(QTextOption::WrapAnywhere);
     const qsizetype height = std::min(texts.size() + 1, mostLines) * list->fontMetrics().lineSpacing();
     list->setFixedHeight(int(height) + 2 * (qCeil(list->document()->documentMargin()) + list->frameWidth()));
-    return list;
+    layout->addWidget(list);
 }
 
 void describeProfile(QVBoxLayout *layout, const QVariantMap &profile)
 {
     const ProfileContent content = ProfileContent::of(profile);
-    addLabel(layout, "mFileApplication",
-             content.application.isEmpty() ? localizedText("lkeyFileNoApplication")
-                                           : localizedFormat("lkeyFileApplication", {content.application}));
+    if (content.application.isEmpty()) {
+        addLabel(layout, "mFileNoApplication", localizedText("lkeyFileNoApplication"));
+    } else {
+        const QLabel *title = addLabel(layout, "mFileApplicationTitle", localizedText("lkeyFileApplication"));
+        addLines(layout, "mFileApplication", content.application, title->text());
+    }
     addLabel(layout, "mFileMacros", localizedFormat("lkeyFileMacros", {QString::number(content.macros)}));
     if (content.programs.isEmpty()) {
         addLabel(layout, "mFileNoPrograms", localizedText("lkeyFileNoPrograms"));
         return;
     }
-    QLabel *title = addLabel(layout, "mFileProgramsTitle", localizedText("lkeyFilePrograms"));
-    layout->addWidget(lines("mFilePrograms", content.programs, title->text()));
+    const QLabel *title = addLabel(layout, "mFileProgramsTitle", localizedText("lkeyFilePrograms"));
+    addLines(layout, "mFilePrograms", content.programs, title->text());
 }
 
 } // namespace
@@ -81,7 +84,7 @@ Sheet *makeFileQuestion(const OpenedFile &file, const QString &name, QWidget *wi
     makeBold(title);
     sheet->setWindowTitle(title->text());
     const QString path = visibleText(QDir::toNativeSeparators(file.path), QChar::ReplacementCharacter);
-    layout->addWidget(lines("mFilePath", {path}, localizedText("lkeyFilePath")));
+    addLines(layout, "mFilePath", {path}, localizedText("lkeyFilePath"));
     if (isProfile)
         describeProfile(layout, file.record);
     else

@@ -33,7 +33,7 @@ QString keyWords(int code)
 }
 
 /// The texts by which the daemon recognises the application, each once.
-QString applicationWords(const QVariantMap &appInfo)
+QStringList applicationTexts(const QVariantMap &appInfo)
 {
     QStringList texts;
     constexpr std::array keys{SettingsKeys::application, SettingsKeys::executable, SettingsKeys::identifier,
@@ -43,7 +43,7 @@ QString applicationWords(const QVariantMap &appInfo)
         if (!text.isEmpty() && !texts.contains(text))
             texts += text;
     }
-    return texts.join(u", "_s);
+    return texts;
 }
 
 } // namespace
@@ -98,6 +98,6 @@ ProfileContent ProfileContent::of(const QVariantMap &profile)
         content.programs += keyWords(program.key()) + u": "_s + shown(program.value());
     content.programs += programsOfUnknownKeys;
     content.macros = int(macros.size());
-    content.application = applicationWords(ProfileRecord::appInfo(profile));
+    content.application = applicationTexts(ProfileRecord::appInfo(profile));
     return content;
 }

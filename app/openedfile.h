@@ -28,9 +28,9 @@ struct OpenedFile
 /// The effect of a profile on this computer. A file can have any values.
 struct ProfileContent
 {
-    QStringList programs; ///< one line for each key that starts a program: its name and the path
-    int macros = 0;       ///< the number of macros that its keys play
-    QString application;  ///< the application that the profile belongs to, with its executable; "" for none
+    QStringList programs;    ///< one line for each key that starts a program: its name and the path
+    int macros = 0;          ///< the number of macros that its keys play
+    QStringList application; ///< the application that the profile belongs to, with its executable; empty for none
 
     [[nodiscard]] static ProfileContent of(const QVariantMap &profile);
 };

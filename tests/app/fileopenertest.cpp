@@ -82,6 +82,8 @@ private Q_SLOTS:
     void saysThatAProfileStartsNothing();
     void namesOfTheFileCannotDisguiseIt();
     void everyProgramIsNamed();
+    void longTextsHideNothing_data();
+    void longTextsHideNothing();
     void kindIsDecidedByTheContent();
     void reportsWhatCannotBeAdded_data();
     void reportsWhatCannotBeAdded();
@@ -265,7 +267,8 @@ void FileOpenerTest::saysWhatAProfileWouldDo()
     const QVariantMap application{{SettingsKeys::application, u"Harmless"_s}, {SettingsKeys::executable, u"bank"_s}};
     mOpener->open({file(u"Game.KestraProfile"_s, profileOf(u"Game"_s, keys, application))});
     QVERIFY(question());
-    QCOMPARE(text("mFileApplication"), u"It is assigned to the application Harmless, bank."_s);
+    QCOMPARE(text("mFileApplicationTitle"), u"It is assigned to this application:"_s);
+    QCOMPARE(lines("mFileApplication"), u"Harmless\nbank"_s);
     QCOMPARE(text("mFileMacros"), u"Macros that its keys play: 2"_s);
     QCOMPARE(lines("mFilePrograms"), u"A: /opt/evil\uFFFDtxt\nB: /usr/bin/two words"_s);
     QVERIFY(!question()->findChild<QLabel *>(u"mFileNoPrograms"_s));
@@ -280,7 +283,7 @@ void FileOpenerTest::saysThatAProfileStartsNothing()
     mOpener->open({file(u"Game.KestraProfile"_s, profileOf(u"Game"_s))});
     QVERIFY(question());
     QCOMPARE(text("mFileNoPrograms"), u"None of its keys starts a program."_s);
-    QCOMPARE(text("mFileApplication"), u"It is not assigned to an application."_s);
+    QCOMPARE(text("mFileNoApplication"), u"It is not assigned to an application."_s);
     QCOMPARE(text("mFileMacros"), u"Macros that its keys play: 0"_s);
 }
 
@@ -296,6 +299,7 @@ void FileOpenerTest::namesOfTheFileCannotDisguiseIt()
         QCOMPARE(label->textFormat(), Qt::PlainText);
         QVERIFY2(!label->text().contains(u'\n'), qPrintable(label->text()));
     }
+    QCOMPARE(lines("mFileApplication"), u"<b>x</b>\uFFFDNone"_s);
     QCOMPARE(lines("mFilePrograms"), u"A: /bin/sh\uFFFDB: /bin/true"_s);
     QVERIFY(lines("mFilePath").endsWith(u"/a\uFFFDb.KestraProfile"_s));
 }
@@ -315,6 +319,41 @@ void FileOpenerTest::everyProgramIsNamed()
     QCOMPARE(programs.takeFirst(), u"999: /bin/unknown"_s);
     programs.sort();
     QCOMPARE(programs, (QStringList{u"+4: /bin/of +4"_s, u"04: /bin/of 04"_s, u"4 : /bin/of 4 "_s}));
+}
+
+void FileOpenerTest::longTextsHideNothing_data()
+{
+    QTest::addColumn<QString>("part");
+    QTest::addColumn<QString>("text");
+    constexpr int many = 20'000;
+    for (const char *part : {"application", "name", "program"}) {
+        QTest::addRow("%s without spaces", part) << QString::fromLatin1(part) << QString(many, u'W');
+        QTest::addRow("%s of short words", part) << QString::fromLatin1(part) << u"no "_s.repeated(many);
+    }
+    QTest::newRow("all") << u"application name program"_s << QString(many, u'W');
+}
+
+void FileOpenerTest::longTextsHideNothing()
+{
+    QFETCH(QString, part);
+    QFETCH(QString, text);
+    const auto textOf = [&](QLatin1StringView name) { return part.contains(name) ? text : u"/bin/true"_s; };
+    start();
+    const QVariantMap application{{SettingsKeys::application, textOf("application"_L1)},
+                                  {SettingsKeys::executable, textOf("application"_L1) + u'2'}};
+    mOpener->open({file(u"Game.KestraProfile"_s,
+                        profileOf(textOf("name"_L1), withPrograms({}, {{4, textOf("program"_L1)}}), application))});
+    QVERIFY(question());
+    QVERIFY(QTest::qWaitForWindowExposed(question()));
+    QCOMPARE_LE(question()->width(), mHub->window->width());
+    const QList<QWidget *> widgets = question()->findChildren<QWidget *>();
+    for (const QWidget *widget : widgets) {
+        if (widget->objectName().startsWith("mFile"_L1))
+            QVERIFY2(widget->visibleRegion().boundingRect() == widget->rect(), qPrintable(widget->objectName()));
+    }
+    for (const QString &name : {u"mFileTitle"_s, u"mFilePath"_s, u"mFileApplication"_s, u"mFilePrograms"_s,
+                                u"mFileStays"_s, u"mFileAdd"_s, u"mFileCancel"_s})
+        QVERIFY2(question()->findChild<QWidget *>(name), qPrintable(name));
 }
 
 void FileOpenerTest::kindIsDecidedByTheContent()

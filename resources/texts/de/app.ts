@@ -110,7 +110,7 @@
     <message id="lkeyFileAddProfile"><source>lkeyFileAddProfile</source><translation>Das Profil „%@“ hinzufügen?</translation></message>
     <message id="lkeyFileAddMacro"><source>lkeyFileAddMacro</source><translation>Das Makro „%@“ hinzufügen?</translation></message>
     <message id="lkeyFilePath"><source>lkeyFilePath</source><translation>Datei</translation></message>
-    <message id="lkeyFileApplication"><source>lkeyFileApplication</source><translation>Es ist dieser Anwendung zugeordnet: %@.</translation></message>
+    <message id="lkeyFileApplication"><source>lkeyFileApplication</source><translation>Es ist dieser Anwendung zugeordnet:</translation></message>
     <message id="lkeyFileNoApplication"><source>lkeyFileNoApplication</source><translation>Es ist keiner Anwendung zugeordnet.</translation></message>
     <message id="lkeyFileMacros"><source>lkeyFileMacros</source><translation>Makros, die seine Tasten abspielen: %@</translation></message>
     <message id="lkeyFileNoPrograms"><source>lkeyFileNoPrograms</source><translation>Keine seiner Tasten startet ein Programm.</translation></message>

@@ -110,7 +110,7 @@
     <message id="lkeyFileAddProfile"><source>lkeyFileAddProfile</source><translation>Add the profile “%@”?</translation></message>
     <message id="lkeyFileAddMacro"><source>lkeyFileAddMacro</source><translation>Add the macro “%@”?</translation></message>
     <message id="lkeyFilePath"><source>lkeyFilePath</source><translation>File</translation></message>
-    <message id="lkeyFileApplication"><source>lkeyFileApplication</source><translation>It is assigned to the application %@.</translation></message>
+    <message id="lkeyFileApplication"><source>lkeyFileApplication</source><translation>It is assigned to this application:</translation></message>
     <message id="lkeyFileNoApplication"><source>lkeyFileNoApplication</source><translation>It is not assigned to an application.</translation></message>
     <message id="lkeyFileMacros"><source>lkeyFileMacros</source><translation>Macros that its keys play: %@</translation></message>
     <message id="lkeyFileNoPrograms"><source>lkeyFileNoPrograms</source><translation>None of its keys starts a program.</translation></message>

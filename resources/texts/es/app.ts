@@ -110,7 +110,7 @@
     <message id="lkeyFileAddProfile"><source>lkeyFileAddProfile</source><translation>¿Añadir el perfil «%@»?</translation></message>
     <message id="lkeyFileAddMacro"><source>lkeyFileAddMacro</source><translation>¿Añadir la macro «%@»?</translation></message>
     <message id="lkeyFilePath"><source>lkeyFilePath</source><translation>Archivo</translation></message>
-    <message id="lkeyFileApplication"><source>lkeyFileApplication</source><translation>Está asignado a la aplicación %@.</translation></message>
+    <message id="lkeyFileApplication"><source>lkeyFileApplication</source><translation>Está asignado a esta aplicación:</translation></message>
     <message id="lkeyFileNoApplication"><source>lkeyFileNoApplication</source><translation>No está asignado a ninguna aplicación.</translation></message>
     <message id="lkeyFileMacros"><source>lkeyFileMacros</source><translation>Macros que reproducen sus teclas: %@</translation></message>
     <message id="lkeyFileNoPrograms"><source>lkeyFileNoPrograms</source><translation>Ninguna de sus teclas abre un programa.</translation></message>

@@ -110,7 +110,7 @@
     <message id="lkeyFileAddProfile"><source>lkeyFileAddProfile</source><translation>Ajouter le profil « %@ » ?</translation></message>
     <message id="lkeyFileAddMacro"><source>lkeyFileAddMacro</source><translation>Ajouter la macro « %@ » ?</translation></message>
     <message id="lkeyFilePath"><source>lkeyFilePath</source><translation>Fichier</translation></message>
-    <message id="lkeyFileApplication"><source>lkeyFileApplication</source><translation>Il est associé à l’application %@.</translation></message>
+    <message id="lkeyFileApplication"><source>lkeyFileApplication</source><translation>Il est associé à cette application :</translation></message>
     <message id="lkeyFileNoApplication"><source>lkeyFileNoApplication</source><translation>Il n’est associé à aucune application.</translation></message>
     <message id="lkeyFileMacros"><source>lkeyFileMacros</source><translation>Macros jouées par ses touches : %@</translation></message>
     <message id="lkeyFileNoPrograms"><source>lkeyFileNoPrograms</source><translation>Aucune de ses touches ne lance de programme.</translation></message>

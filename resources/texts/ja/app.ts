@@ -110,7 +110,7 @@
     <message id="lkeyFileAddProfile"><source>lkeyFileAddProfile</source><translation>プロファイル「%@」を追加しますか?</translation></message>
     <message id="lkeyFileAddMacro"><source>lkeyFileAddMacro</source><translation>マクロ「%@」を追加しますか?</translation></message>
     <message id="lkeyFilePath"><source>lkeyFilePath</source><translation>ファイル</translation></message>
-    <message id="lkeyFileApplication"><source>lkeyFileApplication</source><translation>割り当てられたアプリケーション: %@</translation></message>
+    <message id="lkeyFileApplication"><source>lkeyFileApplication</source><translation>割り当てられたアプリケーション:</translation></message>
     <message id="lkeyFileNoApplication"><source>lkeyFileNoApplication</source><translation>アプリケーションは割り当てられていません。</translation></message>
     <message id="lkeyFileMacros"><source>lkeyFileMacros</source><translation>キーが再生するマクロの数: %@</translation></message>
     <message id="lkeyFileNoPrograms"><source>lkeyFileNoPrograms</source><translation>プログラムを起動するキーはありません。</translation></message>

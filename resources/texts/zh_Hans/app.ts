@@ -110,7 +110,7 @@
     <message id="lkeyFileAddProfile"><source>lkeyFileAddProfile</source><translation>要添加配置文件“%@”吗？</translation></message>
     <message id="lkeyFileAddMacro"><source>lkeyFileAddMacro</source><translation>要添加宏“%@”吗？</translation></message>
     <message id="lkeyFilePath"><source>lkeyFilePath</source><translation>文件</translation></message>
-    <message id="lkeyFileApplication"><source>lkeyFileApplication</source><translation>它已分配给应用程序：%@。</translation></message>
+    <message id="lkeyFileApplication"><source>lkeyFileApplication</source><translation>它已分配给此应用程序：</translation></message>
     <message id="lkeyFileNoApplication"><source>lkeyFileNoApplication</source><translation>它未分配给任何应用程序。</translation></message>
     <message id="lkeyFileMacros"><source>lkeyFileMacros</source><translation>其按键播放的宏的数量：%@</translation></message>
     <message id="lkeyFileNoPrograms"><source>lkeyFileNoPrograms</source><translation>没有按键启动程序。</translation></message>
