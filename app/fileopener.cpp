@@ -44,19 +44,19 @@ FileOpener::FileOpener(KeyboardMainController &hub, QWidget &window) : mHub(hub)
 
 void FileOpener::open(const QStringList &arguments)
 {
+    int notTaken = 0;
     for (const QString &argument : arguments) {
         const QString path = pathOfArgument(argument);
-        if (path.isEmpty()) {
+        if (path.isEmpty())
             mHub.report({.event = Event::notAddable, .subject = fileName(argument)});
-            continue;
-        }
-        if (mWaiting.size() >= maximumWaiting) {
-            refuse(path, int(Status::busy));
-            break;
-        }
-        mWaiting += path;
+        else if (mWaiting.size() < maximumWaiting)
+            mWaiting += path;
+        else
+            ++notTaken;
     }
     askNext();
+    if (notTaken > 0) // last: a later report would hide it
+        mHub.report({.event = Event::filesNotOpened, .number = notTaken});
 }
 
 void FileOpener::askNext()
@@ -105,7 +105,7 @@ void FileOpener::consider(const QString &path)
         return askNext();
     }
     if (!isRoomFor(*file)) {
-        refuse(path, int(Status::limitReached));
+        mHub.report({.event = Event::fileRefused, .subject = fileName(path), .number = int(Status::limitReached)});
         return askNext();
     }
     ask(*file);
@@ -154,11 +154,6 @@ void FileOpener::add(const OpenedFile &file)
         mHub.addMacroWithSettings(record);
     if (count() > before) // otherwise the hub has reported the refusal
         mHub.report({.event = Event::fileAdded, .subject = fileName(file.path)});
-}
-
-void FileOpener::refuse(const QString &path, int status)
-{
-    mHub.report({.event = Event::fileRefused, .subject = fileName(path), .number = status});
 }
 
 void FileOpener::controlsStateChanged()

@@ -43,7 +43,6 @@ private:
     void ask(const OpenedFile &file);
     void end(int returnCode);
     void add(const OpenedFile &file);
-    void refuse(const QString &path, int status);
     void controlsStateChanged();
 
     KeyboardMainController &mHub;

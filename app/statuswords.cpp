@@ -116,6 +116,7 @@ const char *keyOf(Event event)
     case Event::fileAdded: return "lkeyStatusFileAdded";
     case Event::notAddable: return "lkeyStatusNotAddable";
     case Event::fileRefused: return "lkeyStatusFileRefused";
+    case Event::filesNotOpened: return "lkeyStatusFilesNotOpened";
     case Event::shellExtensionMissing: return "lkeyStatusShellExtensionMissing";
     case Event::settingsProblem: break;
     }
@@ -129,6 +130,7 @@ QStringList argumentsOf(const StatusReport &report)
     case Event::recordingNotStored:
     case Event::cleanUpRefused: return {reasonOf(report.number)};
     case Event::fileRefused: return {report.subject, reasonOf(report.number)};
+    case Event::filesNotOpened:
     case Event::lateReply: return {QString::number(report.number)};
     case Event::notUndone:
     case Event::notRedone:

@@ -38,6 +38,7 @@ struct StatusReport
         fileAdded,             ///< as fileWaits
         notAddable,            ///< as fileWaits: neither a profile nor a macro
         fileRefused,           ///< as fileWaits; the number is the Status with the reason
+        filesNotOpened,        ///< too many files are waiting; the number is that of the files not taken
         shellExtensionMissing, ///< no profile follows a window of GNOME; the subject is the extension's package
         settingsProblem,       ///< of the daemon's settings files; the subject has the daemon's sentences
     };

@@ -560,12 +560,18 @@ void FileOpenerTest::takesALimitedNumberOfFiles()
     const QString path = file(u"Game.KestraProfile"_s, profileOf(u"Game"_s));
     mOpener->open(QStringList(FileOpener::maximumWaiting + 5, path));
     QVERIFY(question());
+    QCOMPARE(status(), u"Files that were not opened, because too many are already waiting: 5"_s);
     // Twenty wait, the first of them was asked for; the rest is not taken.
     for (int count = 0; count < FileOpener::maximumWaiting; ++count) {
         QTRY_VERIFY(question());
         answer("mFileCancel");
     }
     QVERIFY(!question());
+    // No other report hides how many were not taken.
+    QCOMPARE(mDaemon->callKeyboard(u"Remove"_s), QString());
+    QTRY_VERIFY(!mHub->controller->areControlsOn());
+    mOpener->open(QStringList(FileOpener::maximumWaiting + 1, path));
+    QCOMPARE(status(), u"Files that were not opened, because too many are already waiting: 1"_s);
 }
 
 void FileOpenerTest::nameIsUniqueWhenTheFileIsAdded()

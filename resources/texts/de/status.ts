@@ -59,5 +59,6 @@
     <message id="lkeyStatusFileAdded"><source>lkeyStatusFileAdded</source><translation>Die Datei „%@“ wurde hinzugefügt.</translation></message>
     <message id="lkeyStatusNotAddable"><source>lkeyStatusNotAddable</source><translation>Die Datei „%@“ ist weder ein Profil noch ein Makro.</translation></message>
     <message id="lkeyStatusFileRefused"><source>lkeyStatusFileRefused</source><translation>Die Datei „%@“ wurde nicht hinzugefügt: %@.</translation></message>
+    <message id="lkeyStatusFilesNotOpened"><source>lkeyStatusFilesNotOpened</source><translation>Dateien, die nicht geöffnet wurden, weil schon zu viele warten: %@</translation></message>
 </context>
 </TS>

@@ -59,5 +59,6 @@
     <message id="lkeyStatusFileAdded"><source>lkeyStatusFileAdded</source><translation>Le fichier « %@ » a été ajouté.</translation></message>
     <message id="lkeyStatusNotAddable"><source>lkeyStatusNotAddable</source><translation>Le fichier « %@ » n’est ni un profil ni une macro.</translation></message>
     <message id="lkeyStatusFileRefused"><source>lkeyStatusFileRefused</source><translation>Le fichier « %@ » n’a pas été ajouté : %@.</translation></message>
+    <message id="lkeyStatusFilesNotOpened"><source>lkeyStatusFilesNotOpened</source><translation>Fichiers non ouverts, car trop de fichiers attendent déjà : %@</translation></message>
 </context>
 </TS>
