@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
 """Tests that tools/packages.sh installs missing packages, announces them first, and changes nothing on a complete
-machine. Scripts of the test replace the system's package tools. Usage: testpackages.py PACKAGES_SH"""
+machine, and that debian/control agrees with other files. Scripts of the test replace the system's package tools. Usage: testpackages.py PACKAGES_SH"""
 
+import json
 import re
 import subprocess
 import sys
@@ -108,6 +109,14 @@ class Packages(unittest.TestCase):
         rows = re.findall(r"^build +(\S+)", Path(PACKAGES).read_text(), re.MULTILINE)
         # Each machine that builds packages has a compiler; debhelper is in the group "package".
         self.assertEqual({a or b for a, b in needed} - {"debhelper-compat"}, set(rows) - {"g++"})
+
+    def test_the_extension_needs_a_shell_that_loads_it(self):
+        project = Path(PACKAGES).parents[1]
+        control = (project / "debian/control").read_text()
+        limits = re.search(r"^Depends: gnome-shell \(>= (\d+)~\), gnome-shell \(<< (\d+)~\),", control, re.MULTILINE)
+        self.assertIsNotNone(limits, control)
+        versions = json.loads((project / "gnome-shell/metadata.json").read_text())["shell-version"]
+        self.assertEqual([str(number) for number in range(*map(int, limits.groups()))], versions)
 
     def test_a_library_with_the_newer_name_counts(self):
         self.installed(*(name for name in LIBRARIES if name != "libqt6gui6"), "libqt6gui6t64")
