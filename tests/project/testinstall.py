@@ -140,8 +140,10 @@ class Installation(unittest.TestCase):
                                     capture_output=True, text=True, check=False, timeout=LIMIT_SECONDS)
             return re.findall(r"^[EWIP]: .*", result.stdout, re.MULTILINE)
 
-        # The name on the bus has this letter, and the desktop entry must have the same.
-        self.assertEqual([finding for finding in findings(path) if "cid-contains-uppercase-letter" not in finding], [])
+        # The name on the bus has an upper-case letter, and the desktop entry must have the same name. AppStream 1.0
+        # prefers an element "developer" with an ID, which AppStream 0.16 of Debian 12 does not know.
+        expected = {"cid-contains-uppercase-letter", "developer-name-tag-deprecated", "developer-id-missing"}
+        self.assertEqual([finding for finding in findings(path) if expected.isdisjoint(finding.split())], [])
         bad = Path(self.folder.name) / path.name
         bad.write_text(path.read_text().replace("<image>", "<picture>").replace("</image>", "</picture>"))
         self.assertTrue(any("picture" in finding or "screenshot" in finding for finding in findings(bad)))
