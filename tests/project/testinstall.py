@@ -8,6 +8,7 @@ import os
 import pty
 import re
 import select
+import shlex
 import shutil
 import signal
 import subprocess
@@ -237,6 +238,7 @@ class Installation(unittest.TestCase):
                 self.assertEqual(self.kestractl("key", "A", "disable").stdout, "A: disabled\n")
                 self.assertEqual(self.kestractl("key", "A", "default").stdout, "A: default key\n")
                 self.kestractl("macro", "add", "Big: combo")
+                self.kestractl("macro", "add", "Cost\\ $5's \"a\" b")
                 self.check_completions()
             finally:
                 daemon.terminate()
@@ -245,7 +247,19 @@ class Installation(unittest.TestCase):
     COMPLETIONS = [("kestractl devi\tli\t", "kestractl|device|list"),
                    ("kestractl key A mac\tBi\t--rep\tunti\t", "kestractl|key|A|macro|Big: combo|--repeat|until-"),
                    ("kestractl document exp\tsettings-of-\t", "kestractl|document|export|settings-of-today.json"),
-                   ("kestractl key LeftSh\tdis\t", "kestractl|key|LeftShift|disable")]
+                   ("kestractl key LeftSh\tdis\t", "kestractl|key|LeftShift|disable"),
+                   ('kestractl profile switch "Def\t', "kestractl|profile|switch|Default Profile"),
+                   ("kestractl profile switch 'Default P\t", "kestractl|profile|switch|Default Profile"),
+                   ('kestractl key "A" macro "Big: c\t--rep\tunti\t',
+                    "kestractl|key|A|macro|Big: combo|--repeat|until-"),
+                   ("kestractl macro show 'Bi\t", "kestractl|macro|show|Big: combo"),
+                   ("kestractl macro show 'Co\t", "kestractl|macro|show|Cost\\ $5's \"a\" b"),
+                   ('kestractl macro show "Cost\\ \\$\t', "kestractl|macro|show|Cost\\ $5's \"a\" b"),
+                   ("kestractl macro show Co\t", "kestractl|macro|show|Cost\\ $5's \"a\" b"),
+                   ('kestractl profile switch Default" Pr\t', "kestractl|profile|switch|Default Profile"),
+                   ("kestractl key A macro 'Big':\\ c\t--rep\tunti\t",
+                    "kestractl|key|A|macro|Big: combo|--repeat|until-"),
+                   ('kestractl document restore "settings-of-\t', "kestractl|document|restore|settings-of-today.json")]
 
     def check_completions(self):
         """Every shell that is here completes as `COMPLETIONS` says."""
@@ -310,18 +324,27 @@ class Installation(unittest.TestCase):
             os.close(terminal)
 
     def completed_by_fish(self, typed, folder):
+        """The same with fish, which lists the completions of a line."""
         line = ""
         for part in re.findall("[^\t]+", typed):
             line += part
-            quoted = line.replace("'", "\\'")
-            script = f"source {self.prefix}/share/fish/vendor_completions.d/kestractl.fish; complete -C '{quoted}'"
-            result = subprocess.run(["fish", "--no-config", "-c", script], env=self.shell_environment(), cwd=folder,
-                                    capture_output=True, text=True, check=True, timeout=LIMIT_SECONDS)
-            words = [found.split("\t")[0] for found in result.stdout.splitlines()]
-            word = os.path.commonprefix(words).replace(" ", "\\ ")
-            line = line[:len(line) - len(line.split(" ")[-1])] + word
-            line += " " if len(words) == 1 else ""
-        return re.sub(r"(?<!\\) ", "|", line.strip()).replace("\\", "")
+            script = (f"source {self.prefix}/share/fish/vendor_completions.d/kestractl.fish; "
+                      "complete -C (string collect -- $argv)")
+            result = subprocess.run(["fish", "--no-config", "-c", script, line], env=self.shell_environment(),
+                                    cwd=folder, capture_output=True, text=True, check=True, timeout=LIMIT_SECONDS)
+            found = [found.split("\t")[0] for found in result.stdout.splitlines()]
+            line = shlex.join([*words_of(line)[:-1], os.path.commonprefix(found)]) + (" " if len(found) == 1 else "")
+        return "|".join(words_of(line))
+
+
+def words_of(line):
+    """The words of a command line, whose last quote may be open."""
+    for end in ["", "'", '"']:
+        try:
+            return shlex.split(line + end)
+        except ValueError:
+            pass
+    raise AssertionError(line)
 
 
 if __name__ == "__main__":
