@@ -206,14 +206,13 @@ int runConfigurator(int argc, char *argv[])
     const SingleInstance instance(DaemonProtocol::configuratorIdentifier);
     if (instance.isAnotherRunning()) {
         // Two instances would take each other's replies from the one reply port.
-        QStringList paths; // this process knows the folder that a path starts from
+        QStringList addresses; // this process knows the folder that a path starts from
         for (const QString &argument : launch.files)
-            paths += pathOfArgument(argument);
-        paths.removeAll(QString());
-        if (paths.isEmpty())
+            addresses += addressOfArgument(argument);
+        if (addresses.isEmpty())
             instance.activateOther();
         else
-            instance.openInOther(paths);
+            instance.openInOther(addresses);
         return 0;
     }
     return runWindow(instance, launch);

@@ -48,7 +48,7 @@ void FileOpener::open(const QStringList &arguments)
     for (const QString &argument : arguments) {
         const QString path = pathOfArgument(argument);
         if (path.isEmpty())
-            mHub.report({.event = Event::notAddable, .subject = fileName(argument)});
+            mHub.report({.event = Event::notALocalFile, .subject = argument});
         else if (mWaiting.size() < maximumWaiting)
             mWaiting += path;
         else

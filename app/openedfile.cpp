@@ -73,6 +73,12 @@ QString pathOfArgument(const QString &argument)
     return QFileInfo(argument).absoluteFilePath();
 }
 
+QString addressOfArgument(const QString &argument)
+{
+    const QString path = pathOfArgument(argument);
+    return path.isEmpty() ? argument : QString::fromLatin1(QUrl::fromLocalFile(path).toEncoded());
+}
+
 ProfileContent ProfileContent::of(const QVariantMap &profile)
 {
     ProfileContent content;

@@ -25,6 +25,9 @@ struct OpenedFile
 /// Programs that start others may pass either.
 [[nodiscard]] QString pathOfArgument(const QString &argument);
 
+/// The same for another process: the address of the local file, or else the argument unchanged.
+[[nodiscard]] QString addressOfArgument(const QString &argument);
+
 /// The effect of a profile on this computer. A file can have any values.
 struct ProfileContent
 {

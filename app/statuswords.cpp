@@ -115,6 +115,7 @@ const char *keyOf(Event event)
     case Event::fileWaitsForKeyboard: return "lkeyStatusFileWaitsForKeyboard";
     case Event::fileAdded: return "lkeyStatusFileAdded";
     case Event::notAddable: return "lkeyStatusNotAddable";
+    case Event::notALocalFile: return "lkeyStatusNotALocalFile";
     case Event::fileRefused: return "lkeyStatusFileRefused";
     case Event::filesNotOpened: return "lkeyStatusFilesNotOpened";
     case Event::shellExtensionMissing: return "lkeyStatusShellExtensionMissing";

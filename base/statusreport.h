@@ -37,6 +37,7 @@ struct StatusReport
         fileWaitsForKeyboard,  ///< as fileWaits
         fileAdded,             ///< as fileWaits
         notAddable,            ///< as fileWaits: neither a profile nor a macro
+        notALocalFile,         ///< the subject is the address that the user has opened
         fileRefused,           ///< as fileWaits; the number is the Status with the reason
         filesNotOpened,        ///< too many files are waiting; the number is that of the files not taken
         shellExtensionMissing, ///< no profile follows a window of GNOME; the subject is the extension's package

@@ -5,7 +5,6 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QUrl>
 
 using namespace Qt::StringLiterals;
 
@@ -31,12 +30,9 @@ void SingleInstance::activateOther() const
     callOther(u"Activate"_s, {QVariantMap()});
 }
 
-void SingleInstance::openInOther(const QStringList &paths) const
+void SingleInstance::openInOther(const QStringList &addresses) const
 {
-    QStringList uris;
-    for (const QString &path : paths)
-        uris += QString::fromLatin1(QUrl::fromLocalFile(path).toEncoded());
-    callOther(u"Open"_s, {uris, QVariantMap()});
+    callOther(u"Open"_s, {addresses, QVariantMap()});
 }
 
 void SingleInstance::callOther(const QString &method, const QVariantList &arguments) const

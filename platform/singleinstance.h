@@ -23,8 +23,8 @@ public:
     [[nodiscard]] bool isAnotherRunning() const { return mIsAnotherRunning; }
     /// Asks the other instance to come to the front and waits at most one second for its answer.
     void activateOther() const;
-    /// Asks the other instance to open the local files at `paths`, which are absolute. Waits as activateOther().
-    void openInOther(const QStringList &paths) const;
+    /// Asks the other instance to open the files with these addresses. Waits as activateOther().
+    void openInOther(const QStringList &addresses) const;
 
 public Q_SLOTS:
     Q_SCRIPTABLE void Activate(const QVariantMap &platformData);

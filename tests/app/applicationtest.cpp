@@ -348,7 +348,9 @@ void ApplicationTest::secondStartHandsItsFilesOver_data()
     QTest::newRow("path from the folder of the caller, and address")
         << QStringList{u"a b.KestraProfile"_s, u"file:///tmp/c%20d.KestraMacro"_s}
         << QStringList{u"runtime/a b.KestraProfile"_s, u"/tmp/c d.KestraMacro"_s};
-    QTest::newRow("address elsewhere") << QStringList{u"https://example.org/x.KestraProfile"_s} << QStringList();
+    // The first instance reports them.
+    for (const QString &argument : {u"https://example.org/x.KestraProfile"_s, u"file://elsewhere/x"_s, u""_s})
+        QTest::addRow("not a local file: %s", qPrintable(argument)) << QStringList{argument} << QStringList{argument};
 }
 
 void ApplicationTest::secondStartHandsItsFilesOver()
@@ -367,10 +369,10 @@ void ApplicationTest::secondStartHandsItsFilesOver()
     QStringList handedOver;
     for (const QList<QVariant> &opening : openings) {
         for (const QString &address : opening.first().toStringList())
-            handedOver += QUrl(address).toLocalFile();
+            handedOver += paths.contains(address) ? address : QUrl(address).toLocalFile();
     }
     for (QString &path : paths)
-        path = QFileInfo(path).isAbsolute() ? path : mFolder->filePath(path);
+        path = arguments.contains(path) || QFileInfo(path).isAbsolute() ? path : mFolder->filePath(path);
     QCOMPARE(handedOver, paths);
 }
 

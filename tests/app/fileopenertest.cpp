@@ -382,10 +382,11 @@ void FileOpenerTest::reportsWhatCannotBeAdded_data()
     QTest::newRow("pipe") << u"pipe|"_s << QByteArray() << u"The file “pipe” could not be read: Not a regular file."_s;
     QTest::newRow("device") << u"/dev/zero"_s << QByteArray()
                             << u"The file “zero” could not be read: Not a regular file."_s;
-    QTest::newRow("address of another computer") << u"file://elsewhere/x.KestraProfile"_s << QByteArray()
-                                                 << u"The file “x.KestraProfile” is neither a profile nor a macro."_s;
+    QTest::newRow("address of another computer")
+        << u"file://elsewhere/x.KestraProfile"_s << QByteArray()
+        << u"“file://elsewhere/x.KestraProfile” is not a file on this computer."_s;
     QTest::newRow("address") << u"https://example.org/x.KestraProfile"_s << QByteArray()
-                             << u"The file “x.KestraProfile” is neither a profile nor a macro."_s;
+                             << u"“https://example.org/x.KestraProfile” is not a file on this computer."_s;
 }
 
 void FileOpenerTest::reportsWhatCannotBeAdded()

@@ -163,6 +163,8 @@ void StatusWordsTest::describesTheEvents_data()
     notUndone("undo, full", HistoryKeys::invalidError, u"there is no more room"_s);
     notUndone("undo, full disk", HistoryKeys::notSavedError, u"the settings could not be written to the disk"_s);
     notUndone("undo, no daemon", "org.freedesktop.DBus.Error.NoReply"_L1, u"the keyboard service did not respond"_s);
+    add("not a local file", {Event::notALocalFile, u"https://example.org/x"_s},
+        u"“https://example.org/x” is not a file on this computer."_s);
     add("files not opened", {Event::filesNotOpened, {}, 5},
         u"Files that were not opened, because too many are already waiting: 5"_s);
     add("extension", {Event::shellExtensionMissing, u"gnome-shell-extension"_s},

@@ -58,6 +58,7 @@
     <message id="lkeyStatusFileWaitsForKeyboard"><source>lkeyStatusFileWaitsForKeyboard</source><translation>Die Datei „%@“ wird geöffnet, sobald die Tastatur bereit ist.</translation></message>
     <message id="lkeyStatusFileAdded"><source>lkeyStatusFileAdded</source><translation>Die Datei „%@“ wurde hinzugefügt.</translation></message>
     <message id="lkeyStatusNotAddable"><source>lkeyStatusNotAddable</source><translation>Die Datei „%@“ ist weder ein Profil noch ein Makro.</translation></message>
+    <message id="lkeyStatusNotALocalFile"><source>lkeyStatusNotALocalFile</source><translation>„%@“ ist keine Datei auf diesem Computer.</translation></message>
     <message id="lkeyStatusFileRefused"><source>lkeyStatusFileRefused</source><translation>Die Datei „%@“ wurde nicht hinzugefügt: %@.</translation></message>
     <message id="lkeyStatusFilesNotOpened"><source>lkeyStatusFilesNotOpened</source><translation>Dateien, die nicht geöffnet wurden, weil schon zu viele warten: %@</translation></message>
 </context>

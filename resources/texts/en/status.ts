@@ -58,6 +58,7 @@
     <message id="lkeyStatusFileWaitsForKeyboard"><source>lkeyStatusFileWaitsForKeyboard</source><translation>The file “%@” opens when the keyboard is ready.</translation></message>
     <message id="lkeyStatusFileAdded"><source>lkeyStatusFileAdded</source><translation>The file “%@” was added.</translation></message>
     <message id="lkeyStatusNotAddable"><source>lkeyStatusNotAddable</source><translation>The file “%@” is neither a profile nor a macro.</translation></message>
+    <message id="lkeyStatusNotALocalFile"><source>lkeyStatusNotALocalFile</source><translation>“%@” is not a file on this computer.</translation></message>
     <message id="lkeyStatusFileRefused"><source>lkeyStatusFileRefused</source><translation>The file “%@” was not added: %@.</translation></message>
     <message id="lkeyStatusFilesNotOpened"><source>lkeyStatusFilesNotOpened</source><translation>Files that were not opened, because too many are already waiting: %@</translation></message>
 </context>

@@ -58,6 +58,7 @@
     <message id="lkeyStatusFileWaitsForKeyboard"><source>lkeyStatusFileWaitsForKeyboard</source><translation>El archivo «%@» se abrirá cuando el teclado esté listo.</translation></message>
     <message id="lkeyStatusFileAdded"><source>lkeyStatusFileAdded</source><translation>Se ha añadido el archivo «%@».</translation></message>
     <message id="lkeyStatusNotAddable"><source>lkeyStatusNotAddable</source><translation>El archivo «%@» no es ni un perfil ni una macro.</translation></message>
+    <message id="lkeyStatusNotALocalFile"><source>lkeyStatusNotALocalFile</source><translation>«%@» no es un archivo de este equipo.</translation></message>
     <message id="lkeyStatusFileRefused"><source>lkeyStatusFileRefused</source><translation>No se ha añadido el archivo «%@»: %@.</translation></message>
     <message id="lkeyStatusFilesNotOpened"><source>lkeyStatusFilesNotOpened</source><translation>Archivos que no se han abierto porque ya hay demasiados en espera: %@</translation></message>
 </context>

@@ -58,6 +58,7 @@
     <message id="lkeyStatusFileWaitsForKeyboard"><source>lkeyStatusFileWaitsForKeyboard</source><translation>Le fichier « %@ » s’ouvrira dès que le clavier sera prêt.</translation></message>
     <message id="lkeyStatusFileAdded"><source>lkeyStatusFileAdded</source><translation>Le fichier « %@ » a été ajouté.</translation></message>
     <message id="lkeyStatusNotAddable"><source>lkeyStatusNotAddable</source><translation>Le fichier « %@ » n’est ni un profil ni une macro.</translation></message>
+    <message id="lkeyStatusNotALocalFile"><source>lkeyStatusNotALocalFile</source><translation>« %@ » n’est pas un fichier de cet ordinateur.</translation></message>
     <message id="lkeyStatusFileRefused"><source>lkeyStatusFileRefused</source><translation>Le fichier « %@ » n’a pas été ajouté : %@.</translation></message>
     <message id="lkeyStatusFilesNotOpened"><source>lkeyStatusFilesNotOpened</source><translation>Fichiers non ouverts, car trop de fichiers attendent déjà : %@</translation></message>
 </context>

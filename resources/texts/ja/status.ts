@@ -58,6 +58,7 @@
     <message id="lkeyStatusFileWaitsForKeyboard"><source>lkeyStatusFileWaitsForKeyboard</source><translation>ファイル「%@」は、キーボードの準備ができてから開きます。</translation></message>
     <message id="lkeyStatusFileAdded"><source>lkeyStatusFileAdded</source><translation>ファイル「%@」を追加しました。</translation></message>
     <message id="lkeyStatusNotAddable"><source>lkeyStatusNotAddable</source><translation>ファイル「%@」はプロファイルでもマクロでもありません。</translation></message>
+    <message id="lkeyStatusNotALocalFile"><source>lkeyStatusNotALocalFile</source><translation>「%@」はこのコンピューター上のファイルではありません。</translation></message>
     <message id="lkeyStatusFileRefused"><source>lkeyStatusFileRefused</source><translation>ファイル「%@」を追加できませんでした: %@。</translation></message>
     <message id="lkeyStatusFilesNotOpened"><source>lkeyStatusFilesNotOpened</source><translation>待機中のファイルが多すぎるため、開かなかったファイルの数: %@</translation></message>
 </context>
