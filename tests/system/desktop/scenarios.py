@@ -105,6 +105,7 @@ class Bus:
 
 class KWin:
     source = "kwin"
+    activations = 0
 
     def start(self):
         # The capability of the installed file does not let it run in a container. KWin accepts no other name.
@@ -124,14 +125,17 @@ class KWin:
 
     def activate(self, application):
         script = Path("/tmp/activate.js")
-        script.write_text("workspace.clientList().forEach(client => {\n"
-                          f"    if (client.resourceClass == '{application.lower()}' || "
-                          f"client.resourceClass == '{application}')\n"
-                          "        workspace.activeClient = client;\n});\n")
-        number = re.search(r"\d+", call("org.kde.KWin", "/Scripting", "org.kde.kwin.Scripting.loadScript", str(script),
-                                        "activate")).group()
-        call("org.kde.KWin", f"/{number}", "org.kde.kwin.Script.run")
-        call("org.kde.KWin", "/Scripting", "org.kde.kwin.Scripting.unloadScript", "activate")
+        # KWin 6 has windows where KWin 5 has clients.
+        script.write_text("const isNew = Boolean(workspace.windowList);\n"
+                          "(isNew ? workspace.windowList() : workspace.clientList()).forEach(window => {\n"
+                          f"    if (window.resourceClass == '{application.lower()}' || "
+                          f"window.resourceClass == '{application}')\n"
+                          "        workspace[isNew ? 'activeWindow' : 'activeClient'] = window;\n});\n")
+        # A new name each time: a script that has run is not started again.
+        self.activations += 1
+        call("org.kde.KWin", "/Scripting", "org.kde.kwin.Scripting.loadScript", str(script),
+             f"activate{self.activations}")
+        call("org.kde.KWin", "/Scripting", "org.kde.kwin.Scripting.start")
 
     def shown_notification(self):
         """The title of the notification on the screen."""
