@@ -5,7 +5,6 @@
 #include "app/keyboardmaincontroller.h"
 #include "base/profilerecord.h"
 #include "base/status.h"
-#include "keys/keyboardkeyscontroller.h"
 #include "macros/keyboardmacroscontroller.h"
 #include "macros/macrofile.h"
 #include "macros/macrorecord.h"
@@ -90,8 +89,7 @@ bool FileOpener::isWindowFree() const
     const auto isEdited = [](const TableView *table) { return table->editedRow() >= 0; };
     return !QApplication::activeModalWidget() && !QApplication::activePopupWidget()
            && QGuiApplication::mouseButtons() == Qt::NoButton && std::ranges::none_of(sheets, isUp)
-           && std::ranges::none_of(tables, isEdited) && !mHub.keysController()->captureArea()
-           && !mHub.macrosController()->captureArea();
+           && std::ranges::none_of(tables, isEdited) && !mHub.macrosController()->captureArea();
 }
 
 void FileOpener::consider(const QString &path)

@@ -6,9 +6,12 @@
 #include "base/propertylist.h"
 #include "base/settingskeys.h"
 #include "daemonlink/daemontransport.h"
+#include "keys/keyboardkeyscontroller.h"
 #include "keys/keymapping.h"
 #include "macros/keyboardmacroscontroller.h"
 #include "macros/macrorecord.h"
+#include "platform/popupbutton.h"
+#include "platform/pulldownbutton.h"
 #include "platform/sheet.h"
 #include "platform/statusline.h"
 #include "platform/tableview.h"
@@ -21,8 +24,12 @@
 #include "tests/support/testmain.h"
 #include "tests/support/writtenfile.h"
 
+#include <QAction>
+#include <QApplication>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollBar>
@@ -34,7 +41,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int profilesTab = 1;
+enum Tab { keysTab, profilesTab, macrosTab };
 
 QVariantMap profileOf(const QString &name, const QVariantMap &keys = {}, const QVariantMap &appInfo = {})
 {
@@ -64,7 +71,79 @@ QVariantMap withMacros(QVariantMap keys, const QList<std::pair<int, int>> &macro
     return keys;
 }
 
+/// A state of the window that the question must not interrupt.
+struct Obstacle
+{
+    const char *name;
+    Tab tab;
+    void (*begin)(Hub &hub);
+    void (*end)(Hub &hub);
+};
+
+void endSheet(const Hub &hub, const char *name)
+{
+    hub.find<Sheet>(name)->endSheet();
+}
+
+void clickRecord(Hub &hub)
+{
+    QTest::mouseClick(hub.find<QPushButton>("mRecordMacroDetails"), Qt::LeftButton);
+}
+
+const Obstacle obstacles[] = {
+    {"sheet", profilesTab,
+     [](Hub &hub) {
+         QTest::mouseClick(hub.find<QWidget>("mHistoryButton"), Qt::LeftButton);
+         QTRY_VERIFY(hub.find<Sheet>("mHistorySheet")->isUp());
+     },
+     [](Hub &hub) { endSheet(hub, "mHistorySheet"); }},
+    {"name", profilesTab,
+     [](Hub &hub) {
+         auto *table = hub.controller->profilesController()->profilesTableView();
+         table->editColumnRow(1, 0, true);
+         QCOMPARE(table->editedRow(), 0);
+     },
+     [](Hub &hub) { hub.controller->profilesController()->profilesTableView()->abortEditing(); }},
+    {"recording", macrosTab,
+     [](Hub &hub) {
+         hub.controller->macrosController()->macroTableView()->selectRow(0);
+         clickRecord(hub);
+         QVERIFY(hub.controller->macrosController()->captureArea());
+     },
+     clickRecord},
+    {"key capture", keysTab,
+     [](Hub &hub) {
+         QTest::mouseClick(hub.find<QWidget>("mZ"), Qt::LeftButton);
+         hub.find<PopUpButton>("mAssignFunction")->itemAtIndex(KeyMappings::singleKeyPosition)->trigger();
+         QVERIFY(hub.controller->keysController()->captureArea());
+     },
+     [](Hub &hub) { endSheet(hub, "mSingleKeyWindow"); }},
+    {"recording for a key", keysTab,
+     [](Hub &hub) {
+         QTest::mouseClick(hub.find<QWidget>("mZ"), Qt::LeftButton);
+         hub.controller->keysController()->findChild<QAction *>(u"mMakeMacro"_s)->trigger();
+         QVERIFY(hub.controller->keysController()->captureArea());
+     },
+     [](Hub &) { QApplication::activeModalWidget()->close(); }},
+    {"menu", profilesTab,
+     [](Hub &hub) {
+         hub.find<PulldownButton>("mSettingsProfile")->menu()->popup({});
+         QVERIFY(QApplication::activePopupWidget());
+     },
+     [](Hub &) { QApplication::activePopupWidget()->close(); }},
+    {"file panel", profilesTab,
+     [](Hub &hub) {
+         hub.find<PulldownButton>("mSettingsProfile")->itemWithTag(ProfileCommands::importProfile)->trigger();
+         QVERIFY(qobject_cast<QFileDialog *>(QApplication::activeModalWidget()));
+     },
+     [](Hub &) { QApplication::activeModalWidget()->close(); }},
+    {"mouse button", profilesTab, [](Hub &hub) { QTest::mousePress(hub.window.get(), Qt::LeftButton); },
+     [](Hub &hub) { QTest::mouseRelease(hub.window.get(), Qt::LeftButton); }},
+};
+
 } // namespace
+
+Q_DECLARE_METATYPE(const Obstacle *)
 
 class FileOpenerTest : public QObject
 {
@@ -438,40 +517,23 @@ void FileOpenerTest::asksForOneFileAtATime()
 
 void FileOpenerTest::waitsForTheWindow_data()
 {
-    QTest::addColumn<QString>("obstacle");
-    for (const char *obstacle : {"sheet", "name", "recording"})
-        QTest::newRow(obstacle) << QString::fromLatin1(obstacle);
+    QTest::addColumn<const Obstacle *>("obstacle");
+    for (const Obstacle &obstacle : obstacles)
+        QTest::newRow(obstacle.name) << &obstacle;
 }
 
 void FileOpenerTest::waitsForTheWindow()
 {
-    QFETCH(QString, obstacle);
+    QFETCH(const Obstacle *, obstacle);
     start({profileOf(u"First"_s)}, {macroOf(u"Combo"_s)});
-    KeyboardMainController &hub = *mHub->controller;
-    auto *table = hub.profilesController()->profilesTableView();
-    if (obstacle == u"sheet") {
-        QTest::mouseClick(mHub->find<QWidget>("mHistoryButton"), Qt::LeftButton);
-        QTRY_VERIFY(mHub->find<Sheet>("mHistorySheet")->isUp());
-    } else if (obstacle == u"name") {
-        hub.selectTabAtIndex(profilesTab);
-        table->editColumnRow(1, 0, true);
-        QCOMPARE(table->editedRow(), 0);
-    } else {
-        hub.selectTabAtIndex(2);
-        hub.macrosController()->macroTableView()->selectRow(0);
-        QTest::mouseClick(mHub->find<QPushButton>("mRecordMacroDetails"), Qt::LeftButton);
-        QVERIFY(hub.macrosController()->captureArea());
-    }
+    mHub->controller->selectTabAtIndex(obstacle->tab);
+    obstacle->begin(*mHub);
+    if (QTest::currentTestFailed())
+        return;
     mOpener->open({file(u"Game.KestraProfile"_s, profileOf(u"Game"_s))});
     QVERIFY(!question());
     QCOMPARE(status(), u"The file “Game.KestraProfile” opens when the open sheet, name or recording has ended."_s);
-
-    if (obstacle == u"sheet")
-        mHub->find<Sheet>("mHistorySheet")->endSheet();
-    else if (obstacle == u"name")
-        table->abortEditing();
-    else
-        QTest::mouseClick(mHub->find<QPushButton>("mRecordMacroDetails"), Qt::LeftButton);
+    obstacle->end(*mHub);
     QTRY_VERIFY(question());
     answer("mFileAdd");
     QCOMPARE(storedProfiles().last(), u"Game"_s);
