@@ -13,6 +13,7 @@
 #include "macros/keyboardmacroscontroller.h"
 #include "platform/addresses.h"
 #include "platform/helpviewer.h"
+#include "platform/messageport.h"
 #include "platform/sheet.h"
 #include "platform/spinner.h"
 
@@ -38,6 +39,15 @@ constexpr std::array errorTexts{
     ErrorTexts{"lkeyCommErrorTitle", "lkeyCommErrorDesc", "lkeyOK"},
     ErrorTexts{"lkeyDeviceNotFoundTitle", "lkeyDeviceNotFoundDesc", "lkeyOK"},
 };
+
+QString errorDescription(int errorCode)
+{
+    // A daemon that is silent is ended and starts again. One that does not run must be started by the user.
+    if (errorCode == 0 && messagePortOwner(DaemonProtocol::requestPortName).isEmpty())
+        return localizedFormat("lkeyCommErrorNoServiceDesc",
+                               {localizedText("lkeyNoticeStart"), localizedText("lkeyNoticeHelp")});
+    return localizedText(errorTexts[size_t(errorCode)].description);
+}
 
 } // namespace
 
@@ -194,7 +204,7 @@ void KeyboardMainController::showErrorForErrorCode(int errorCode)
         return;
     const ErrorTexts &texts = errorTexts[size_t(errorCode)];
     QLCErrorHandler::showErrorWithTitleErrorDescriptionDefaultButtonLabelAlternativeButtonLabelToWindow(
-        localizedText(texts.title), localizedText(texts.description), localizedText(texts.button), {}, mMainWindow);
+        localizedText(texts.title), errorDescription(errorCode), localizedText(texts.button), {}, mMainWindow);
 }
 
 void KeyboardMainController::showErrorDialog()

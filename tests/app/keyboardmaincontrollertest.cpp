@@ -1,20 +1,24 @@
 // SPDX-License-Identifier: MIT
 // The hub from start to end: opening the device, its three outcomes, handing out the document, versions.
+#include "app/connectionnotice.h"
 #include "app/keyboard_configuratorappdelegate.h"
 #include "app/keyboardmaintenancecontroller.h"
 #include "base/propertylist.h"
 #include "base/resources.h"
 #include "base/settingskeys.h"
+#include "base/text.h"
 #include "daemonlink/latestreplyslot.h"
 #include "keys/keyboardkeyscontroller.h"
 #include "lighting/keyboardlightingcontroller.h"
 #include "macros/keyboardmacroscontroller.h"
+#include "platform/mnemonics.h"
 #include "platform/sheet.h"
 #include "platform/spinner.h"
 #include "platform/tableview.h"
 #include "profiles/keyboardprofilescontroller.h"
 #include "tests/app/hubfixture.h"
 #include "tests/support/testmain.h"
+#include "tests/support/texts.h"
 
 #include <QApplication>
 #include <QDir>
@@ -22,6 +26,7 @@
 #include <QPaintEvent>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QSet>
 #include <QSignalSpy>
 #include <QTabWidget>
@@ -66,6 +71,8 @@ private Q_SLOTS:
     void readsTheOpenStatusAsAFoundFlag();
     void showsTheFactoryDocumentWithoutKeyboard();
     void reportsAndEndsASilentDaemon();
+    void reportsAnAbsentDaemon_data();
+    void reportsAnAbsentDaemon();
     void registersItsObserversOnce_data();
     void registersItsObserversOnce();
     void enablesTheControlsWhenReadingFails();
@@ -277,8 +284,46 @@ void KeyboardMainControllerTest::reportsAndEndsASilentDaemon()
     auto *alert = hub.find<Sheet>("alert");
     QVERIFY(alert && alert->isVisible());
     QCOMPARE(alert->windowTitle(), u"The keyboard service does not respond"_s);
+    QVERIFY(alert->findChild<QLabel *>(u"alertDescription"_s)->text().contains(u"The service is restarting."_s));
     QVERIFY(!alert->findChild<QPushButton *>(u"alertAlternativeButton"_s));
     QCOMPARE(hub.endedProcesses, QStringList{u"QuillKestraDaemon"_s});
+}
+
+void KeyboardMainControllerTest::reportsAnAbsentDaemon_data()
+{
+    QTest::addColumn<QString>("language");
+    for (const QString &file : QDir(textsFolder()).entryList({u"*.qm"_s}))
+        QTest::newRow(qPrintable(file.chopped(3))) << file.chopped(3);
+}
+
+void KeyboardMainControllerTest::reportsAnAbsentDaemon()
+{
+    QFETCH(QString, language);
+    installTexts(textsFolder(), {language});
+    const auto guard = qScopeGuard([] { installTexts(textsFolder(), {u"en"_s}); });
+    const Hub hub;
+    hub.controller->initializeDevice();
+    auto *alert = hub.find<Sheet>("alert");
+    QVERIFY(alert && alert->isVisible());
+    QCOMPARE(alert->windowTitle(), localizedText("lkeyCommErrorTitle"));
+    const QString description = alert->findChild<QLabel *>(u"alertDescription"_s)->text();
+    // Nothing restarts a service that does not run: the user must start it.
+    QVERIFY(description != localizedText("lkeyCommErrorDesc"));
+    if (language == u"en")
+        QVERIFY2(description.startsWith(u"The QuillKestraDaemon service is not running."_s), qPrintable(description));
+    // The button that the header shows is one of those that the message names, whether or not it can start the service.
+    auto *notice = hub.find<ConnectionNotice>("mConnectionNotice");
+    disconnect(notice, &ConnectionNotice::serviceMissed, nullptr, nullptr); // this test answers
+    QTRY_VERIFY(notice->isVisible());
+    for (const bool canStart : {true, false}) {
+        notice->show({.service = StatusState::Service::absent});
+        notice->setCanStartService(canStart);
+        const QString button = notice->findChild<QPushButton *>(u"mConnectionNoticeHelp"_s)->text();
+        QVERIFY2(description.contains(Mnemonics::plainText(button)), qPrintable(description));
+    }
+    QCOMPARE(hub.endedProcesses, QStringList{u"QuillKestraDaemon"_s});
+    alert->findChild<QPushButton *>(u"alertDefaultButton"_s)->click();
+    QVERIFY(!alert->isVisible());
 }
 
 void KeyboardMainControllerTest::registersItsObserversOnce_data()

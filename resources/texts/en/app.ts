@@ -34,6 +34,7 @@
     <message id="lkeyMaintenanceText"><source>lkeyMaintenanceText</source><translation>This keyboard needs no maintenance.</translation></message>
     <message id="lkeyCommErrorTitle"><source>lkeyCommErrorTitle</source><translation>The keyboard service does not respond</translation></message>
     <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>The configurator could not reach the QuillKestraDaemon service. The service is restarting. Your settings are safe. The configurator continues automatically as soon as the service responds.</translation></message>
+    <message id="lkeyCommErrorNoServiceDesc"><source>lkeyCommErrorNoServiceDesc</source><translation>The QuillKestraDaemon service is not running. Your settings are safe. Close this message, and then click “%@” at the top of the window, or “%@” if that is shown instead. The configurator continues automatically as soon as the service runs.</translation></message>
     <message id="lkeySessionEndedTitle"><source>lkeySessionEndedTitle</source><translation>The session has ended</translation></message>
     <message id="lkeySessionEndedDesc"><source>lkeySessionEndedDesc</source><translation>The configurator has lost its connection to the desktop session and therefore to the keyboard service. Your settings are safe. Close the configurator and start it again.</translation></message>
     <message id="lkeyPageNotOpenedTitle"><source>lkeyPageNotOpenedTitle</source><translation>The web page was not opened</translation></message>

@@ -34,6 +34,7 @@
     <message id="lkeyMaintenanceText"><source>lkeyMaintenanceText</source><translation>Ce clavier ne nécessite aucun entretien.</translation></message>
     <message id="lkeyCommErrorTitle"><source>lkeyCommErrorTitle</source><translation>Le service du clavier ne répond pas</translation></message>
     <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>Le configurateur n’a pas pu joindre le service QuillKestraDaemon. Le service redémarre. Vos réglages sont conservés. Le configurateur reprendra automatiquement dès que le service répondra.</translation></message>
+    <message id="lkeyCommErrorNoServiceDesc"><source>lkeyCommErrorNoServiceDesc</source><translation>Le service QuillKestraDaemon n’est pas en marche. Vos réglages sont conservés. Fermez ce message, puis cliquez sur « %@ » en haut de la fenêtre, ou sur « %@ » si ce bouton apparaît à la place. Le configurateur reprendra automatiquement dès que le service sera en marche.</translation></message>
     <message id="lkeySessionEndedTitle"><source>lkeySessionEndedTitle</source><translation>La session est terminée</translation></message>
     <message id="lkeySessionEndedDesc"><source>lkeySessionEndedDesc</source><translation>Le configurateur a perdu la connexion à la session de bureau et, avec elle, le service du clavier. Vos réglages sont conservés. Fermez le configurateur et relancez-le.</translation></message>
     <message id="lkeyPageNotOpenedTitle"><source>lkeyPageNotOpenedTitle</source><translation>La page web ne s’est pas ouverte</translation></message>

@@ -34,6 +34,7 @@
     <message id="lkeyMaintenanceText"><source>lkeyMaintenanceText</source><translation>このキーボードにメンテナンスは必要ありません。</translation></message>
     <message id="lkeyCommErrorTitle"><source>lkeyCommErrorTitle</source><translation>キーボードのサービスが応答しません</translation></message>
     <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>QuillKestraDaemon サービスに接続できませんでした。サービスを再起動しています。設定は失われません。サービスが応答すると、自動的に再開します。</translation></message>
+    <message id="lkeyCommErrorNoServiceDesc"><source>lkeyCommErrorNoServiceDesc</source><translation>QuillKestraDaemon サービスが起動していません。設定は失われません。このメッセージを閉じてから、ウィンドウの上部にある「%@」をクリックしてください。代わりに「%@」が表示されている場合は、それをクリックしてください。サービスが起動すると、自動的に再開します。</translation></message>
     <message id="lkeySessionEndedTitle"><source>lkeySessionEndedTitle</source><translation>セッションが終了しました</translation></message>
     <message id="lkeySessionEndedDesc"><source>lkeySessionEndedDesc</source><translation>デスクトップセッションとの接続が切れたため、キーボードのサービスを利用できません。設定は失われません。このプログラムを閉じて、もう一度起動してください。</translation></message>
     <message id="lkeyPageNotOpenedTitle"><source>lkeyPageNotOpenedTitle</source><translation>ウェブページを開けませんでした</translation></message>

@@ -34,6 +34,7 @@
     <message id="lkeyMaintenanceText"><source>lkeyMaintenanceText</source><translation>此键盘无需维护。</translation></message>
     <message id="lkeyCommErrorTitle"><source>lkeyCommErrorTitle</source><translation>键盘服务没有响应</translation></message>
     <message id="lkeyCommErrorDesc"><source>lkeyCommErrorDesc</source><translation>无法连接 QuillKestraDaemon 服务，该服务正在重新启动。您的设置不会丢失。服务响应后，配置工具会自动继续。</translation></message>
+    <message id="lkeyCommErrorNoServiceDesc"><source>lkeyCommErrorNoServiceDesc</source><translation>QuillKestraDaemon 服务未运行。您的设置不会丢失。请关闭此消息，然后点击窗口顶部的“%@”；如果显示的是“%@”，请点击它。服务运行后，配置工具会自动继续。</translation></message>
     <message id="lkeySessionEndedTitle"><source>lkeySessionEndedTitle</source><translation>会话已结束</translation></message>
     <message id="lkeySessionEndedDesc"><source>lkeySessionEndedDesc</source><translation>配置工具与桌面会话的连接已断开，无法使用键盘服务。您的设置不会丢失。请关闭配置工具，然后重新启动。</translation></message>
     <message id="lkeyPageNotOpenedTitle"><source>lkeyPageNotOpenedTitle</source><translation>未能打开网页</translation></message>

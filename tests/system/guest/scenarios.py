@@ -161,7 +161,10 @@ def a_new_user_needs_the_window_alone():
     display = Display(user)
     display.open_window()
     # The service does not run yet: the window says so, and starts it.
-    display.use_window("click=OK", "click=Start")
+    display.use_window("shown=The QuillKestraDaemon service is not running. Your settings are safe. Close this message, "
+                       "and then click “Start” at the top of the window, or “Troubleshooting” if that is shown instead. "
+                       "The configurator continues automatically as soon as the service runs.",
+                       "click=OK", "click=Start")
     wait_for_daemon()
     # The keyboard, and the right to it.
     display.use_window("click=Keyboard…", "row=Board A", "shown=No access yet", "click=Use this keyboard")
