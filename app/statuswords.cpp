@@ -146,6 +146,9 @@ QStringList argumentsOf(const StatusReport &report)
 QString StatusWords::ofState(const StatusState &state)
 {
     QStringList parts;
+    // The line is elided at its end, and this part asks the user to act.
+    if (state.service == Service::running && state.needsShellExtension)
+        parts += localizedFormat("lkeyStatusNeedsShellExtension", {FrontApplicationKeys::shellExtensionPackage});
     // Without a daemon that answers, nothing else is known.
     if (state.service == Service::running) {
         parts += ofKeyboard(state);
@@ -155,8 +158,6 @@ QString StatusWords::ofState(const StatusState &state)
     parts += localizedText(serviceKey(state.service));
     if (state.service == Service::running && state.profile)
         parts += localizedText(state.profile->isGameModeOn ? "lkeyStatusGameModeOn" : "lkeyStatusGameModeOff");
-    if (state.service == Service::running && state.needsShellExtension)
-        parts += localizedFormat("lkeyStatusNeedsShellExtension", {FrontApplicationKeys::shellExtensionPackage});
     return visibleText(parts.join(u"  ·  "_s), u' ');
 }
 

@@ -14,6 +14,8 @@ public:
     explicit StatusLine(QWidget *parent = nullptr);
 
     [[nodiscard]] const QString &text() const { return mText; }
+    /// The text as the user sees it: elided if the line is too short.
+    [[nodiscard]] QString shownText() const;
     /// Reports a new text to assistive tools, which read it when the user is idle: the line never takes the focus.
     void setText(const QString &text);
 
@@ -25,7 +27,5 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    [[nodiscard]] QString shownText() const;
-
     QString mText;
 };

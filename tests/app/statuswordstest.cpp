@@ -95,9 +95,8 @@ void StatusWordsTest::describesTheState_data()
     state = runningState();
     state.needsShellExtension = true;
     add("GNOME without the extension", state,
-        attached
-            + u"Profile: Raid, chosen by hand  ·  Service: running  ·  Game mode: off  ·  For profiles that follow "
-              "windows, install and enable gnome-shell-extension-quill-kestra"_s);
+        u"For profiles that follow windows, install and enable gnome-shell-extension-quill-kestra  ·  "_s + attached
+            + u"Profile: Raid, chosen by hand  ·  Service: running  ·  Game mode: off"_s);
 
     state.service = Service::silent;
     add("silent service", state, u"Service: not responding"_s);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Every language of the program in the real window at its smallest size: no text is cut off in its control.
 #include "app/connectionnotice.h"
+#include "base/devicekeys.h"
+#include "base/frontapplicationkeys.h"
 #include "base/settingskeys.h"
 #include "base/text.h"
 #include "keys/keyboardkeyscontroller.h"
@@ -10,6 +12,7 @@
 #include "platform/applicationchooser.h"
 #include "platform/popupbutton.h"
 #include "platform/sheet.h"
+#include "platform/statusline.h"
 #include "tests/app/hubfixture.h"
 #include "tests/support/drawncontrols.h"
 #include "tests/support/testmain.h"
@@ -173,6 +176,34 @@ private slots:
         cut += cutTexts(&chooser);
         cut.removeDuplicates();
         QVERIFY2(cut.isEmpty(), qPrintable(cut.join(u'\n')));
+    }
+
+    void theStatusLineShowsTheMissingPackage_data() { everyTextFits_data(); }
+
+    void theStatusLineShowsTheMissingPackage()
+    {
+        QFETCH(QString, language);
+        installTexts(textsFolder(), {language});
+        const Hub hub;
+        hub.window->resize(1180, 700); // as on a screen that is large enough
+        QVERIFY(QTest::qWaitForWindowExposed(hub.window.get()));
+        QCoreApplication::processEvents();
+        auto *line = hub.find<StatusLine>("mStatusLine");
+        const QString package = FrontApplicationKeys::shellExtensionPackage;
+        const auto shows = [&](const QString &text) {
+            line->setText(text);
+            return line->shownText().contains(package);
+        };
+        QVERIFY2(
+            shows(StatusWords::ofReport({.event = StatusReport::Event::shellExtensionMissing, .subject = package})),
+            qPrintable(line->shownText()));
+        const KeyboardsInUse keyboards{.state = DeviceKeys::stateInUse, .names = {u"Maker Mechanical Keyboard"_s}};
+        QVERIFY2(shows(StatusWords::ofState({.service = StatusState::Service::running,
+                                             .isAttached = true,
+                                             .keyboards = keyboards,
+                                             .profile = StatusState::ActiveProfile{.name = u"Default Profile"_s},
+                                             .needsShellExtension = true})),
+                 qPrintable(line->shownText()));
     }
 
     void aCutTextIsFound()
