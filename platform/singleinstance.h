@@ -9,7 +9,8 @@
 #include <QVariantMap>
 
 /// Serves Activate(a{sv}) and Open(as, a{sv}) of org.freedesktop.Application at the object path derived from the name.
-/// Main thread only.
+/// A Wayland compositor lets a window come to the front only with a token from the program that the user clicked. The
+/// second instance hands its token over, and the window that activationRequested() activates gets it. Main thread only.
 class SingleInstance : public QObject
 {
     Q_OBJECT
@@ -37,6 +38,7 @@ Q_SIGNALS:
 
 private:
     void callOther(const QString &method, const QVariantList &arguments) const;
+    void requestActivation(const QVariantMap &platformData);
     [[nodiscard]] QString objectPath() const;
 
     QString mName;

@@ -12,14 +12,19 @@
 #include "profiles/profilecommands.h"
 #include "tests/app/hubfixture.h"
 #include "tests/support/rawposter.h"
+#include "tests/support/testdesktop.h"
 #include "tests/support/testmain.h"
 #include "tests/support/writtenfile.h"
 
 #include <QApplication>
 #include <QColorDialog>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
 #include <QDirIterator>
 #include <QProcess>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTabWidget>
 #include <QTest>
@@ -139,6 +144,35 @@ private:
     bool mIsOpen = false;
 };
 
+const QString applicationInterface = u"org.freedesktop.Application"_s;
+
+QString applicationPath()
+{
+    return u'/' + QString(DaemonProtocol::configuratorIdentifier).replace(u'.', u'/');
+}
+
+QDBusMessage activation(const QVariantMap &platformData)
+{
+    QDBusMessage call = QDBusMessage::createMethodCall(DaemonProtocol::configuratorIdentifier, applicationPath(),
+                                                       applicationInterface, u"Activate"_s);
+    call << platformData;
+    return call;
+}
+
+/// In the place of a running configurator: keeps what a second start sends.
+class ActivationReceiver : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
+
+public:
+    QList<QVariantMap> received;
+
+public Q_SLOTS:
+    Q_SCRIPTABLE void Activate(const QVariantMap &platformData) { received += platformData; }
+    Q_SCRIPTABLE void Open(const QStringList &, const QVariantMap &platformData) { received += platformData; }
+};
+
 /// For the program that this test starts.
 void useProgram()
 {
@@ -174,6 +208,11 @@ private Q_SLOTS:
     void programContinuesAndQuitsAfterLargeNotifications();
     void secondStartHandsItsFilesOver_data();
     void secondStartHandsItsFilesOver();
+    void secondStartHandsItsTokenOver_data();
+    void secondStartHandsItsTokenOver();
+    void anActivationGetsItsToken_data();
+    void anActivationGetsItsToken();
+    void theCompositorGetsTheToken();
 
 private:
     /// Starts this test as the program, for a user without any files.
@@ -374,6 +413,96 @@ void ApplicationTest::secondStartHandsItsFilesOver()
     for (QString &path : paths)
         path = arguments.contains(path) || QFileInfo(path).isAbsolute() ? path : mFolder->filePath(path);
     QCOMPARE(handedOver, paths);
+}
+
+void ApplicationTest::secondStartHandsItsTokenOver_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QVariantMap>("platformData");
+    const QVariantMap both{{u"activation-token"_s, u"a token"_s}, {u"desktop-startup-id"_s, u"an ID"_s}};
+    for (const bool hasFile : {false, true}) {
+        const QStringList arguments = hasFile ? QStringList{u"/tmp/a.KestraMacro"_s} : QStringList();
+        const char *file = hasFile ? "a file" : "no file";
+        QTest::addRow("%s, started by the desktop", file) << arguments << both;
+        QTest::addRow("%s, started elsewhere", file) << arguments << QVariantMap();
+    }
+}
+
+void ApplicationTest::secondStartHandsItsTokenOver()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QVariantMap, platformData);
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    ActivationReceiver first;
+    QVERIFY(bus.registerObject(applicationPath(), &first, QDBusConnection::ExportScriptableSlots));
+    QVERIFY(bus.registerService(DaemonProtocol::configuratorIdentifier));
+    const auto guard = qScopeGuard([&bus] {
+        bus.unregisterService(DaemonProtocol::configuratorIdentifier);
+        bus.unregisterObject(applicationPath());
+    });
+    QProcessEnvironment changes;
+    changes.insert(u"DESKTOP_STARTUP_ID"_s, platformData.value(u"desktop-startup-id"_s).toString());
+    changes.insert(u"XDG_ACTIVATION_TOKEN"_s, platformData.value(u"activation-token"_s).toString());
+    start(changes, arguments);
+    QTRY_COMPARE_WITH_TIMEOUT(mProgram->state(), QProcess::NotRunning, limitMs);
+    QCOMPARE(first.received, QList{platformData});
+}
+
+void ApplicationTest::anActivationGetsItsToken_data()
+{
+    QTest::addColumn<QVariantMap>("platformData");
+    QTest::addColumn<QString>("token");
+    const auto token = [](const QVariant &value) { return QVariantMap{{u"activation-token"_s, value}}; };
+    const QVariantMap startup{{u"desktop-startup-id"_s, u"an ID"_s}};
+    QTest::newRow("none") << QVariantMap() << QString();
+    QTest::newRow("token") << token(u"a token"_s) << u"a token"_s;
+    QTest::newRow("startup ID") << startup << u"an ID"_s;
+    QVariantMap both = token(u"a token"_s);
+    both.insert(startup);
+    QTest::newRow("both") << both << u"a token"_s;
+    QTest::newRow("other type") << token(QVariantMap{{u"a token"_s, u"a token"_s}}) << QString();
+    // A message of this size would end the connection to the compositor, and with it the program.
+    QTest::newRow("too long") << token(QString(5000, u'a')) << QString();
+}
+
+void ApplicationTest::anActivationGetsItsToken()
+{
+    QFETCH(QVariantMap, platformData);
+    const SingleInstance instance(DaemonProtocol::configuratorIdentifier);
+    QVERIFY(!instance.isAnotherRunning());
+    QStringList tokens;
+    connect(&instance, &SingleInstance::activationRequested, this,
+            [&tokens] { tokens += qEnvironmentVariable("XDG_ACTIVATION_TOKEN"); });
+    const QDBusConnection client = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"client"_s);
+    const auto guard = qScopeGuard([] { QDBusConnection::disconnectFromBus(u"client"_s); });
+    const QDBusPendingCallWatcher call(client.asyncCall(activation(platformData)));
+    QTRY_VERIFY(call.isFinished());
+    QCOMPARE(tokens.size(), 1);
+    QTEST(tokens.first(), "token");
+    // A program that this one starts later does not get it.
+    QVERIFY(!qEnvironmentVariableIsSet("XDG_ACTIVATION_TOKEN"));
+}
+
+void ApplicationTest::theCompositorGetsTheToken()
+{
+    TestDesktop desktop(TestDesktop::Kind::wayland);
+    QVERIFY(desktop.start());
+    ScriptedDaemon daemon(sampleDocument());
+    daemon.setReply(Command::openDevice, {{u"ReturnStatus"_s, 1}});
+    QProcessEnvironment changes = desktop.in({});
+    changes.insert(u"WAYLAND_DEBUG"_s, u"client"_s); // writes each message to the compositor
+    start(changes);
+    QTRY_VERIFY_WITH_TIMEOUT(mProgram->canReadLine(), limitMs);
+    QDBusConnection::sessionBus().call(activation({{u"activation-token"_s, u"token-of-the-click"_s}}));
+    QByteArray messages;
+    const auto isActivated = [&] {
+        messages += mProgram->readAllStandardError();
+        return messages.contains(".activate(\"token-of-the-click\", wl_surface@");
+    };
+    QVERIFY(QTest::qWaitFor(isActivated, limitMs));
+    mProgram->terminate();
+    QVERIFY(mProgram->waitForFinished(limitMs));
+    QCOMPARE(mProgram->exitStatus(), QProcess::NormalExit);
 }
 
 int main(int argc, char *argv[])
