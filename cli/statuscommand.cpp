@@ -37,13 +37,14 @@ QString frontApplicationHint()
     const QString focus = u"\"kestractl focus NAME\" reports "_s;
     const DaemonObjectResult<QVariant> needsExtension =
         frontApplicationObject.property(FrontApplicationKeys::needsShellExtension);
+    const bool hasSource = frontApplication("Source"_L1).toString() != FrontApplicationKeys::noSource;
     if (needsExtension && needsExtension->toBool())
-        return u"GNOME on Wayland reports windows to its extension alone: install and enable the package %1; until then, "_s
-                   .arg(FrontApplicationKeys::shellExtensionPackage)
-               + focus + u"an application"_s;
-    const QString source = frontApplication("Source"_L1).toString();
-    return (source == FrontApplicationKeys::noSource ? u"this desktop does not report the application in front"_s
-                                                     : u"this desktop reports X11 applications only"_s)
+        return (hasSource ? u"GNOME on Wayland reports applications other than those of X11 to its extension alone"_s
+                          : u"GNOME on Wayland reports windows to its extension alone"_s)
+               + u": install and enable the package %1; until then, "_s.arg(FrontApplicationKeys::shellExtensionPackage)
+               + focus + (hasSource ? u"others"_s : u"an application"_s);
+    return (hasSource ? u"this desktop reports X11 applications only"_s
+                      : u"this desktop does not report the application in front"_s)
            + u"; "_s + focus + u"others"_s;
 }
 

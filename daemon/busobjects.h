@@ -22,7 +22,7 @@ public:
         DeviceChoice &deviceChoice;
         KeyWatch &keyWatch;
         FrontApplicationWatch &frontApplication;
-        const GnomeShell &gnomeShell;
+        GnomeShell &gnomeShell;
         const ProfileSwitch &profiles;
         History &history;
         HistoryCalls &historyCalls;

@@ -3,6 +3,7 @@
 // folder has precedence over extension.js, which is a module for later versions.
 
 const ExtensionUtils = imports.misc.extensionUtils;
+const Main = imports.ui.main;
 
 class QuillKestraExtension {
     constructor() {
@@ -22,7 +23,7 @@ class QuillKestraExtension {
 
     disable() {
         this._isEnabled = false;
-        this._reporter?.destroy();
+        this._reporter?.destroy(Main.sessionMode.isLocked);
         this._reporter = null;
     }
 }

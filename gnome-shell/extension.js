@@ -2,6 +2,7 @@
 // The entry for GNOME Shell 45 and later. Earlier versions use __init__.js.
 
 import {Extension} from 'resource:///org/gnome/shell/extensions/extension.js';
+import {sessionMode} from 'resource:///org/gnome/shell/ui/main.js';
 
 import {FrontApplicationReporter} from './frontapplication.js';
 
@@ -11,7 +12,7 @@ export default class QuillKestraExtension extends Extension {
     }
 
     disable() {
-        this._reporter?.destroy();
+        this._reporter?.destroy(sessionMode.isLocked);
         this._reporter = null;
     }
 }

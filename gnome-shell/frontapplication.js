@@ -63,7 +63,13 @@ export class FrontApplicationReporter {
             });
     }
 
-    destroy() {
+    /**
+     * Ends the reports.
+     *
+     * @param {boolean} isLocked - whether the Shell ends it because the screen is locked, and creates another one later.
+     *     Until then, no application is in front. Otherwise, the daemon uses what else reports applications.
+     */
+    destroy(isLocked) {
         for (const [object, id] of this._connections)
             object.disconnect(id);
         this._connections = [];
@@ -72,6 +78,8 @@ export class FrontApplicationReporter {
             Gio.bus_unwatch_name(this._watch);
         this._watch = 0;
         this._tell(NOTHING);
+        if (!isLocked)
+            this._call('EndReports', null);
         this._daemon = null;
     }
 
@@ -102,12 +110,19 @@ export class FrontApplicationReporter {
 
     _tell(application) {
         const text = JSON.stringify(application);
-        if (!this._daemon || text === this._reported)
+        if (text === this._reported)
             return;
         this._reported = text;
-        const message = Gio.DBusMessage.new_method_call(this._daemon, OBJECT, INTERFACE, 'TellWindow');
+        this._call('TellWindow', new GLib.Variant('(sss)', application));
+    }
+
+    _call(method, body) {
+        if (!this._daemon)
+            return;
+        const message = Gio.DBusMessage.new_method_call(this._daemon, OBJECT, INTERFACE, method);
         message.set_flags(Gio.DBusMessageFlags.NO_REPLY_EXPECTED | Gio.DBusMessageFlags.NO_AUTO_START);
-        message.set_body(new GLib.Variant('(sss)', application));
+        if (body)
+            message.set_body(body);
         this._bus.send_message(message, Gio.DBusSendMessageFlags.NONE);
     }
 }

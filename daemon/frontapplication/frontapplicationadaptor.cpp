@@ -8,7 +8,7 @@
 
 using namespace Qt::StringLiterals;
 
-FrontApplicationObject::FrontApplicationObject(FrontApplicationWatch &watch, const GnomeShell &shell,
+FrontApplicationObject::FrontApplicationObject(FrontApplicationWatch &watch, GnomeShell &shell,
                                                const ProfileSwitch &profiles, QObject *parent)
     : QObject(parent)
 {
@@ -20,7 +20,7 @@ bool FrontApplicationObject::registerOn(QDBusConnection connection)
     return connection.registerObject(FrontApplicationKeys::objectPath, this, QDBusConnection::ExportAdaptors);
 }
 
-FrontApplicationAdaptor::FrontApplicationAdaptor(FrontApplicationWatch &watch, const GnomeShell &shell,
+FrontApplicationAdaptor::FrontApplicationAdaptor(FrontApplicationWatch &watch, GnomeShell &shell,
                                                  const ProfileSwitch &profiles, FrontApplicationObject *object)
     : QDBusAbstractAdaptor(object), mWatch(watch), mShell(shell), mProfiles(profiles), mObject(object)
 {
@@ -49,4 +49,9 @@ void FrontApplicationAdaptor::TellWindow(const QString &windowClass, const QStri
     report({.windowClass = windowClass,
             .desktopEntry = desktopEntry,
             .executable = processExecutable(processId.toUInt())});
+}
+
+void FrontApplicationAdaptor::EndReports()
+{
+    mShell.clientEnded(mObject->message().service());
 }

@@ -18,7 +18,7 @@ class FrontApplicationObject : public QObject, public QDBusContext
 
 public:
     /// All must outlive this.
-    FrontApplicationObject(FrontApplicationWatch &watch, const GnomeShell &shell, const ProfileSwitch &profiles,
+    FrontApplicationObject(FrontApplicationWatch &watch, GnomeShell &shell, const ProfileSwitch &profiles,
                            QObject *parent = nullptr);
 
     /// False if the object cannot be put on `connection`.
@@ -38,7 +38,7 @@ class FrontApplicationAdaptor : public QDBusAbstractAdaptor
     Q_PROPERTY(QString ProfileApplication READ profileApplication)
 
 public:
-    FrontApplicationAdaptor(FrontApplicationWatch &watch, const GnomeShell &shell, const ProfileSwitch &profiles,
+    FrontApplicationAdaptor(FrontApplicationWatch &watch, GnomeShell &shell, const ProfileSwitch &profiles,
                             FrontApplicationObject *object);
 
     [[nodiscard]] QString source() const { return mWatch.sourceName(); }
@@ -50,6 +50,7 @@ public:
 public Q_SLOTS:
     void Tell(const QString &name) { report(FrontApplication::named(name)); }
     void TellWindow(const QString &windowClass, const QString &desktopEntry, const QString &processId);
+    void EndReports();
 
 Q_SIGNALS:
     void ProfileApplicationChanged(const QString &application);
@@ -60,7 +61,7 @@ private:
     void checkShellExtension();
 
     FrontApplicationWatch &mWatch;
-    const GnomeShell &mShell;
+    GnomeShell &mShell;
     const ProfileSwitch &mProfiles;
     FrontApplicationObject *mObject;
     bool mNeedsShellExtension = false;

@@ -6,8 +6,8 @@
 #include "daemon/frontapplication/frontapplicationsource.h"
 #include "daemon/frontapplication/gnomeshell.h"
 
-/// Usable once the extension has reported. The reports themselves reach the FrontApplicationWatch like those of other
-/// clients.
+/// Usable in a Wayland session once the extension has reported, until it ends. The reports themselves reach the
+/// FrontApplicationWatch like those of other clients.
 class GnomeFrontApplication : public FrontApplicationSource
 {
     Q_OBJECT

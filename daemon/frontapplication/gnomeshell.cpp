@@ -35,3 +35,9 @@ void GnomeShell::clientReported(const QString &client)
     if (isShell(client) && !std::exchange(mHasReported, true))
         Q_EMIT reportsBegun();
 }
+
+void GnomeShell::clientEnded(const QString &client)
+{
+    if (isShell(client) && std::exchange(mHasReported, false))
+        Q_EMIT reportsEnded();
+}

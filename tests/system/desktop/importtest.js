@@ -12,8 +12,10 @@ const [folder, resources] = system.programArgs;
 const SERVICE = 'org.quillkestra.QuillCoreEngineMsgPort';
 const INTERFACE = `<node><interface name="org.quillkestra.FrontApplication"><method name="TellWindow">
     <arg type="s" direction="in"/><arg type="s" direction="in"/><arg type="s" direction="in"/>
-</method></interface></node>`;
+</method><method name="EndReports"/></interface></node>`;
+const ENDED = 'EndReports';
 const NOTHING = ['', '', ''];
+const exportObject = Gio.DBusInterfaceSkeleton.prototype.export;
 
 let handlers = 0; // of the stubs' signals
 
@@ -74,8 +76,11 @@ class Daemon {
             TellWindow: (windowClass, entry, processId) => {
                 this.reports.push([windowClass, entry, processId]);
             },
+            EndReports: () => {
+                this.reports.push(ENDED);
+            },
         });
-        object.export(this.bus, '/FrontApplication');
+        exportObject.call(object, this.bus, '/FrontApplication');
         callBus(this.bus, 'RequestName', new GLib.Variant('(su)', [SERVICE, 0]));
     }
 
@@ -105,15 +110,48 @@ function waitUntil(condition, what) {
     GLib.source_remove(wakeUp);
 }
 
+/** From here on, the test fails when the extension offers anything on the bus. */
+function forbidExports() {
+    const forbidden = [
+        [Gio, ['bus_own_name', 'bus_own_name_on_connection']],
+        [Gio.DBus, ['own_name', 'own_name_on_connection']],
+        [Gio.DBusConnection.prototype,
+            ['own_name', 'register_object', 'register_subtree', 'export_action_group', 'export_menu_model']],
+        [Gio.DBusInterfaceSkeleton.prototype, ['export']],
+    ];
+    for (const [owner, names] of forbidden) {
+        for (const name of names) {
+            if (typeof owner[name] !== 'function')
+                fail(`there is no ${name}`);
+            owner[name] = () => fail(`the extension calls ${name}`);
+        }
+    }
+}
+
 function isLast(daemon, report) {
     return JSON.stringify(daemon.reports.at(-1)) === JSON.stringify(report);
+}
+
+/** Fails if the extension has sent anything to the daemon since the last report. */
+function expectNoReport(daemon, what) {
+    const before = daemon.reports.length;
+    // Comes after everything that the extension would send to this daemon.
+    const marker = ['marker', String(before), ''];
+    const watch = Gio.bus_watch_name(Gio.BusType.SESSION, SERVICE, Gio.BusNameWatcherFlags.NONE, bus =>
+        bus.call(SERVICE, '/FrontApplication', 'org.quillkestra.FrontApplication', 'TellWindow',
+            new GLib.Variant('(sss)', marker), null, Gio.DBusCallFlags.NONE, -1, null, null), null);
+    waitUntil(() => isLast(daemon, marker), 'a report of the test itself');
+    Gio.bus_unwatch_name(watch);
+    if (daemon.reports.length !== before + 1)
+        fail(`${what}: ${JSON.stringify(daemon.reports.slice(before))}`);
 }
 
 Gio.Resource.load(resources)._register();
 const display = new Display();
 const tracker = new Tracker();
 globalThis.global = {display};
-Meta.is_wayland_compositor = () => true;
+let isWayland = false;
+Meta.is_wayland_compositor = () => isWayland;
 Shell.WindowTracker.get_default = () => tracker;
 
 const game = new Window({wm_class: 'game', title: 'private'});
@@ -122,14 +160,27 @@ const other = new Window({wm_class: null, title: 'private'});
 Object.assign(other, {entry: 'window:5', processId: 0});
 
 const module = await import(`file://${folder}/extension.js`);
+const Main = await import('resource:///org/gnome/shell/ui/main.js');
+forbidExports();
 const extension = new module.default({uuid: 'quill-kestra@quillkestra.org'});
 if (extension.metadata.uuid !== 'quill-kestra@quillkestra.org')
     fail('the extension is none of the Shell');
 
-// The daemon starts later than the Shell, with a window in front.
+// On X11.
 display.focus_window = game;
 extension.enable();
+if (handlers !== 0)
+    fail(`on X11, there are ${handlers} handlers`);
 let daemon = new Daemon();
+expectNoReport(daemon, 'reports on X11');
+extension.disable();
+expectNoReport(daemon, 'reports of the end on X11');
+daemon.end();
+
+// On Wayland, the daemon starts later than the Shell, with a window in front.
+isWayland = true;
+extension.enable();
+daemon = new Daemon();
 waitUntil(() => isLast(daemon, ['game', 'org.example.Game.desktop', '7']), 'the window in front at the start');
 display.focus_window = other;
 waitUntil(() => isLast(daemon, NOTHING), 'a window without names');
@@ -145,24 +196,25 @@ daemon = new Daemon();
 waitUntil(() => isLast(daemon, ['later', 'org.example.Other.desktop', '']), 'the window in front, for another daemon');
 
 extension.disable();
-waitUntil(() => isLast(daemon, NOTHING), 'the end of the reports');
+waitUntil(() => isLast(daemon, ENDED), 'the end of the reports');
+if (JSON.stringify(daemon.reports.at(-2)) !== JSON.stringify(NOTHING))
+    fail('the last report is not that nothing is in front');
 if (handlers !== 0)
     fail(`disable() leaves ${handlers} handlers`);
 daemon.end();
 daemon = new Daemon();
-// Comes after everything that the extension would send to this daemon.
-const marker = ['marker', '', ''];
-const watch = Gio.bus_watch_name(Gio.BusType.SESSION, SERVICE, Gio.BusNameWatcherFlags.NONE, bus =>
-    bus.call(SERVICE, '/FrontApplication', 'org.quillkestra.FrontApplication', 'TellWindow',
-        new GLib.Variant('(sss)', marker), null, Gio.DBusCallFlags.NONE, -1, null, null), null);
-waitUntil(() => isLast(daemon, marker), 'a report of the test itself');
-Gio.bus_unwatch_name(watch);
-if (daemon.reports.length !== 1)
-    fail(`reports after disable(): ${JSON.stringify(daemon.reports)}`);
+expectNoReport(daemon, 'reports after disable()');
 
 display.focus_window = game;
 extension.enable();
 waitUntil(() => isLast(daemon, ['game', 'org.example.Game.desktop', '7']), 'the window in front, enabled again');
+
+// The Shell also disables its extensions while the screen is locked.
+Main.sessionMode.isLocked = true;
 extension.disable();
-waitUntil(() => isLast(daemon, NOTHING), 'the end of the reports');
+waitUntil(() => isLast(daemon, NOTHING), 'the report at the lock of the screen');
+expectNoReport(daemon, 'reports while the screen is locked');
+Main.sessionMode.isLocked = false;
+extension.enable();
+waitUntil(() => isLast(daemon, ['game', 'org.example.Game.desktop', '7']), 'the window in front after the lock');
 system.exit(0);

@@ -274,11 +274,15 @@ class Scenarios:
         wait_for(self.profile, "Game profile")
         self.desktop.set_extension("disable")
         wait_for(self.profile, "Default Profile")
+        wait_for(self.source, "none")
+        wait_until(lambda: PACKAGE in self.status()["frontApplicationHint"], "the hint at the extension")
         self.open(EDITOR)
         wait_until(lambda: EDITOR in self.desktop.evaluate("global.display.focus_window?.get_wm_class()"), "the editor")
         assert self.profile() == "Default Profile", self.profile()
         self.desktop.set_extension("enable")
         wait_for(self.profile, "Editor profile")
+        wait_for(self.source, self.desktop.source)
+        assert not self.status()["frontApplicationHint"]
         self.close(EDITOR)
         wait_for(self.profile, "Game profile")
 
