@@ -8,6 +8,7 @@
 #include "macros/keyboardmacroscontroller.h"
 #include "macros/macrofile.h"
 #include "macros/macrorecord.h"
+#include "macros/macrotimelineview.h"
 #include "platform/tableview.h"
 #include "profiles/keyboardprofilescontroller.h"
 #include "profiles/profilecommands.h"
@@ -87,9 +88,13 @@ bool FileOpener::isWindowFree() const
     const auto isUp = [](const Sheet *sheet) { return sheet->isUp(); };
     const QList<TableView *> tables = mWindow.findChildren<TableView *>();
     const auto isEdited = [](const TableView *table) { return table->editedRow() >= 0; };
+    // The question would take the focus, which ends a change of a pause.
+    const QList<MacroTimelineView *> timelines = mWindow.findChildren<MacroTimelineView *>();
+    const auto isChanged = [](const MacroTimelineView *timeline) { return timeline->isChangingPause(); };
     return !QApplication::activeModalWidget() && !QApplication::activePopupWidget()
            && QGuiApplication::mouseButtons() == Qt::NoButton && std::ranges::none_of(sheets, isUp)
-           && std::ranges::none_of(tables, isEdited) && !mHub.macrosController()->captureArea();
+           && std::ranges::none_of(tables, isEdited) && std::ranges::none_of(timelines, isChanged)
+           && !mHub.macrosController()->captureArea();
 }
 
 void FileOpener::consider(const QString &path)

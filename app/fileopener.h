@@ -16,8 +16,8 @@
 class KeyboardMainController;
 class Sheet;
 
-/// Adds nothing without the user's consent. A file waits until there is a keyboard, and until no sheet, menu, name or
-/// recording is open that the question would interrupt.
+/// Adds nothing without the user's consent. A file waits until there is a keyboard, and until no sheet, menu, name,
+/// pause or recording is open that the question would interrupt.
 class FileOpener : public QObject
 {
     Q_OBJECT
