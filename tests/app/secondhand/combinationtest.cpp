@@ -111,6 +111,7 @@ void CombinationTest::run(const Operation &operation, const End &end, const Midd
 {
     ++mCount;
     mProblems.clear();
+    mIsQuestionLeft = false;
     LatestReplySlot::shared().clear();
     setReplyPollInterval(replyPollInterval);
     mScene = std::make_unique<Scene>();
@@ -156,6 +157,8 @@ void CombinationTest::play(const Operation &operation, const End &end, const Mid
     const Disturbance disturbance = middle.event.disturbance;
     const Ledger before = mScene->ledger;
     middle.event.happen(*mScene);
+    if (disturbance == Disturbance::fileOpened)
+        checkQuestionWaits(operation);
     if (disturbance == Disturbance::unplugged && !Person::dialog("mCommunicationAlertWindow"))
         report(u"the missing keyboard is not reported"_s);
     const Survival expected = survival(operation, middle.event, before);
@@ -171,6 +174,8 @@ void CombinationTest::play(const Operation &operation, const End &end, const Mid
 
     end.act(*mScene);
     mScene->settle();
+    if (operation.kind == OperationKind::question && !isOpen)
+        mIsQuestionLeft = true;
     if (end.change && (isKept || (isCarriedOut && disturbance != Disturbance::daemonEnded)))
         end.change(*mScene);
     if (!isCarriedOut && operation.whenEnded && mHasBegunUndisturbed && mScene->ledger.macro() >= 0)
@@ -187,6 +192,17 @@ void CombinationTest::play(const Operation &operation, const End &end, const Mid
     }
 }
 
+/// A file has been opened in the middle of the operation. Only beside a button can its question come at once.
+void CombinationTest::checkQuestionWaits(const Operation &operation)
+{
+    mIsQuestionLeft = true;
+    if (operation.kind == OperationKind::question || !Person::dialog(Person::fileQuestion))
+        return;
+    if (operation.kind != OperationKind::click)
+        report(u"the question about a file interrupts it"_s);
+    mIsQuestionLeft = !mScene->cancelFileQuestion();
+}
+
 CombinationTest::Survival CombinationTest::survival(const Operation &operation, const OutsideEvent &event,
                                                     const Ledger &before) const
 {
@@ -195,14 +211,17 @@ CombinationTest::Survival CombinationTest::survival(const Operation &operation, 
         return operation.kind == OperationKind::nameEdit ? Survival::ends : Survival::either;
     switch (event.disturbance) {
     case Disturbance::none:
+    case Disturbance::fileOpened:
     case Disturbance::daemonEnded: return Survival::survives; // the window is not notified
     case Disturbance::unplugged: return Survival::ends;
     case Disturbance::unpluggedBriefly: // a keyboard that is back has its buttons again
-        return operation.kind == OperationKind::click ? Survival::either : Survival::ends;
+        return operation.kind == OperationKind::click || operation.kind == OperationKind::question ? Survival::either
+                                                                                                   : Survival::ends;
     case Disturbance::restarted:
         if (operation.kind == OperationKind::drag || operation.kind == OperationKind::click)
             return Survival::either;
-        return operation.kind == OperationKind::sheet ? Survival::survives : Survival::ends;
+        return operation.kind == OperationKind::sheet || operation.kind == OperationKind::question ? Survival::survives
+                                                                                                   : Survival::ends;
     case Disturbance::settings: break;
     }
     if (operation.kind == OperationKind::click)
@@ -214,6 +233,7 @@ CombinationTest::Survival CombinationTest::survival(const Operation &operation, 
     case OperationKind::popUp: return Survival::ends;
     case OperationKind::recording: return after.macro() < 0 ? Survival::either : Survival::survives;
     case OperationKind::sheet:
+    case OperationKind::question:
     case OperationKind::click:
     case OperationKind::drag: break;
     }
@@ -267,6 +287,8 @@ void CombinationTest::recover(const Middle &middle)
     } else if (middle.event.disturbance == Disturbance::daemonEnded) {
         scene.startDaemon();
     }
+    if (mIsQuestionLeft && !scene.cancelFileQuestion())
+        report(u"the question about the file does not come"_s);
     if (!middle.obstructed || !scene.hasObstructed())
         return;
     switch (middle.obstructed->command) {

@@ -40,6 +40,7 @@ private:
     [[nodiscard]] bool begin(const Operation &operation, const Middle &middle);
     /// Plays the event, and the user's end of the operation.
     void play(const Operation &operation, const End &end, const Middle &middle);
+    void checkQuestionWaits(const Operation &operation);
     /// Plugs in a missing keyboard, starts an ended daemon, and completes what an obstructed command left undone.
     void recover(const Middle &middle);
     void recoverFromUnansweredDeletion();
@@ -65,6 +66,7 @@ private:
     QStringList mProblems;
     QHash<QByteArray, WindowPicture> mFreshPictures; ///< by settings and view
     WindowPicture mPictureWithoutKeyboard;
+    bool mIsQuestionLeft = false;     ///< a file has been opened, and its question not answered
     bool mHasBegunUndisturbed = true; ///< true while no command of the beginning is obstructed
     int mCount = 0;
 };

@@ -11,6 +11,7 @@
 enum class OperationKind {
     nameEdit,  ///< the user is typing a name in a table
     sheet,     ///< a sheet, a panel or an alert is open
+    question,  ///< as sheet; without the keyboard it waits, and comes again
     popUp,     ///< a menu is open
     recording, ///< keys are being recorded
     click,     ///< a button is offered; nothing has begun

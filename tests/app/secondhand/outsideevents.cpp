@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/app/secondhand/outsideevents.h"
 
+#include "base/propertylist.h"
 #include "base/settingskeys.h"
 
 using namespace Qt::StringLiterals;
@@ -93,6 +94,14 @@ void changeWhileUnplugged(Scene &scene)
     scene.plugIn();
 }
 
+void openFile(Scene &scene)
+{
+    const QString path = scene.file(u"Arrived.KestraMacro"_s);
+    if (!PropertyList::writePropertyListFile(path, StartSettings::macroNamed(u"Arrived"_s)))
+        qFatal("the test cannot write its file");
+    scene.openFile(path);
+}
+
 void restart(Scene &scene)
 {
     scene.endDaemon();
@@ -126,6 +135,7 @@ const std::vector<OutsideEvent> &outsideEvents()
         {"unplugged and plugged in", D::unpluggedBriefly, unplugBriefly},
         {"changed while unplugged", D::unpluggedBriefly, changeWhileUnplugged},
         {"daemon restarted", D::restarted, restart},
+        {"file opened", D::fileOpened, openFile},
         {"daemon ended", D::daemonEnded, [](Scene &scene) { scene.endDaemon(); }},
     };
     return events;

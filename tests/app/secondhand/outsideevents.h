@@ -14,7 +14,8 @@ enum class Disturbance {
     unplugged,        ///< the keyboard is removed, and attached after the operation
     unpluggedBriefly, ///< the keyboard is removed and attached
     restarted,        ///< the daemon ends and starts again
-    daemonEnded       ///< the daemon ends, and starts again after the operation
+    daemonEnded,      ///< the daemon ends, and starts again after the operation
+    fileOpened        ///< the question about a file comes after the operation
 };
 
 struct OutsideEvent

@@ -217,6 +217,32 @@ Operation importPanel()
                      {"cancelled", [](Scene &) { Person::cancel(filePanel); }, {}, {}}}};
 }
 
+/// A file that was opened from outside.
+Operation openedFile()
+{
+    const auto begin = [](Scene &scene) {
+        writeFile(scene, importedFile, *PropertyList::writeBinary(StartSettings::profileNamed(u"Imported"_s, 2)));
+        scene.openFile(scene.file(importedFile));
+    };
+    const auto addInactive = [](Scene &scene) {
+        const QVariantMap record = StartSettings::profileNamed(u"Imported"_s, 2);
+        scene.ledger.apply(Command::addProfile, {{DaemonProtocol::deviceSettingsDictionary, record},
+                                                 {DaemonProtocol::keepsActiveProfile, true}});
+    };
+    return {.name = "opened file",
+            .tab = profilesTab,
+            .kind = OperationKind::question,
+            .subject = Subject::none,
+            .begin = begin,
+            .isOpen = isUp(Person::fileQuestion),
+            .beginCommands = {},
+            .ends = {{"added",
+                      [](Scene &) { Person::clickIn(Person::fileQuestion, "mFileAdd"); },
+                      addInactive,
+                      {Command::addProfile}},
+                     {"cancelled", [](Scene &) { Person::cancel(Person::fileQuestion); }, {}, {}}}};
+}
+
 /// The file must contain the profile's record when the export was carried out, and `before` otherwise.
 QString exported(const Scene &scene, bool isCarriedOut, const QByteArray &before)
 {
@@ -311,6 +337,7 @@ std::vector<Operation> profileOperations()
         applicationChooser("panel for an application", filePanel, choosing(ProfileCommands::assignApplication)),
         autoSwitch,
         importPanel(),
+        openedFile(),
         exportPanel(),
         replaceQuestion(),
         menu("gear menu", [](Scene &scene) { Person::openGearMenu(scene, gear); }),

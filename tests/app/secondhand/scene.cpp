@@ -74,6 +74,7 @@ QVariantMap StartSettings::document()
 
 Scene::~Scene()
 {
+    mOpener.reset();
     mHub.reset();
     setReplyPollInterval(replyPollInterval);
 }
@@ -95,8 +96,10 @@ QString Scene::begin(const QVariantMap &document, Tab tab, bool isObstructable)
 
 QString Scene::openWindow(const View &view)
 {
+    mOpener.reset();
     mHub.reset();
     mHub = std::make_unique<Hub>();
+    mOpener = std::make_unique<FileOpener>(*mHub->controller, *mHub->window);
     mHub->controller->initializeDevice();
     mHub->controller->selectTabAtIndex(view.tab);
     mHub->window->activateWindow();
@@ -116,6 +119,14 @@ View Scene::view() const
     return {.tab = find<QTabWidget>("mKeyboardTabView")->currentIndex(),
             .macroRow = find<TableView>("mMacroTableView")->selectedRow(),
             .eventRow = find<TableView>("mMacroDetailsTableView")->selectedRow()};
+}
+
+bool Scene::cancelFileQuestion()
+{
+    const bool hasCome = waitFor([] { return Person::dialog(Person::fileQuestion) != nullptr; });
+    Person::cancel(Person::fileQuestion);
+    settle();
+    return hasCome;
 }
 
 // The daemon and the other client

@@ -3,6 +3,7 @@
 // settings. Used on the test's thread; needs a private session bus.
 #pragma once
 
+#include "app/fileopener.h"
 #include "tests/app/hubfixture.h"
 #include "tests/app/secondhand/ledger.h"
 #include "tests/app/secondhand/obstructeddaemon.h"
@@ -50,6 +51,10 @@ public:
     /// Closes the window and opens a new one with this view. Returns the problem; empty on success.
     [[nodiscard]] QString openWindow(const View &view);
     [[nodiscard]] View view() const;
+    /// Opens a file as if another program had passed its path.
+    void openFile(const QString &path) { mOpener->open({path}); }
+    /// Waits for the question about an opened file, and cancels it. Returns false if the question does not come.
+    [[nodiscard]] bool cancelFileQuestion();
     [[nodiscard]] Hub &hub() const { return *mHub; }
     template <typename Widget> Widget *find(const char *name) const { return mHub->find<Widget>(name); }
 
@@ -84,6 +89,7 @@ private:
     DaemonProcessFixture mClient; // also runs the daemon's process, unless mObstructable is the daemon
     std::unique_ptr<ObstructedDaemon> mObstructable;
     std::unique_ptr<Hub> mHub;
+    std::unique_ptr<FileOpener> mOpener;
     QTemporaryDir mFiles;
     bool mHasRestarted = false;
 };
@@ -91,6 +97,9 @@ private:
 /// The actions of the user, with the mouse and the computer's keys. An action does nothing when its control is hidden,
 /// disabled or closed.
 namespace Person {
+/// The question about a file that was opened from outside.
+inline constexpr char fileQuestion[] = "mFileQuestion";
+
 void click(const Scene &scene, const char *button);
 void chooseFrom(const Scene &scene, const char *gearButton, int tag);
 void openGearMenu(const Scene &scene, const char *gearButton);
