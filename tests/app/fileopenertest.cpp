@@ -10,6 +10,7 @@
 #include "keys/keymapping.h"
 #include "macros/keyboardmacroscontroller.h"
 #include "macros/macrorecord.h"
+#include "macros/macrotimelineview.h"
 #include "platform/popupbutton.h"
 #include "platform/pulldownbutton.h"
 #include "platform/sheet.h"
@@ -111,6 +112,16 @@ const Obstacle obstacles[] = {
          QVERIFY(hub.controller->macrosController()->captureArea());
      },
      clickRecord},
+    {"change of a pause", macrosTab,
+     [](Hub &hub) {
+         hub.controller->macrosController()->macroTableView()->selectRow(0);
+         hub.find<TableView>("mMacroDetailsTableView")->selectRow(2); // the second event
+         auto *timeline = hub.find<MacroTimelineView>("mMacroTimelineView");
+         timeline->setFocus();
+         QTest::keyPress(timeline, Qt::Key_Right, Qt::AltModifier);
+         QVERIFY(timeline->isChangingPause());
+     },
+     [](Hub &hub) { QTest::keyRelease(hub.find<MacroTimelineView>("mMacroTimelineView"), Qt::Key_Alt); }},
     {"key capture", keysTab,
      [](Hub &hub) {
          QTest::mouseClick(hub.find<QWidget>("mZ"), Qt::LeftButton);
