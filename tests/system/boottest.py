@@ -5,13 +5,16 @@ scenarios of guest/scenarios.py there: from the installation of the packages to 
 Usage: boottest.py PACKAGES_FOLDER WORK_FOLDER
 Exit codes: 0 all is well, 1 a scenario failed, 77 no kernel image or emulator is available."""
 
+import json
 import os
 import re
 import shutil
 import signal
+import socket
 import subprocess
 import sys
 import tempfile
+import threading
 import time
 from pathlib import Path
 
@@ -24,6 +27,7 @@ from debian import PACKAGES, make_lower_version, package_file, system_image  # n
 
 REPORT = "kestra-system: "
 OWN_TIME_LIMIT_S = 600  # three times the duration of a run
+SLEEP_SECONDS = 5  # the clock that knows how long the machine slept has whole seconds
 # The first ones are for the root file system: a memory module, whose reads take none of the machine's time. A disk of
 # the host could make the machine wait, and its clock would skip that time.
 ROOT_MODULES = ["nfit", "nd-pmem", "crc32c-generic", "ext4"]
@@ -93,21 +97,40 @@ def make_archive(path, *arguments):
                            check=True)
 
 
+def wake_up_after_sleep(monitor):
+    """Wakes the machine each time that it has fallen asleep. `monitor` is a socket of the emulator's protocol QMP."""
+    with monitor.makefile("rw", encoding="utf-8") as stream:
+        def execute(command):
+            print(json.dumps({"execute": command}), file=stream, flush=True)
+
+        execute("qmp_capabilities")
+        for line in stream:
+            if json.loads(line).get("event") == "SUSPEND":
+                time.sleep(SLEEP_SECONDS)
+                execute("system_wakeup")
+
+
 def boot(kernel, archive, image):
     """Yields the lines of the console until the machine is off."""
+    monitor, monitor_of_machine = socket.socketpair()
     size = image.stat().st_size
     accelerator = (["-enable-kvm", "-cpu", "host"] if vm.is_virtualised() else
                    ["-accel", "tcg", *vm.counting_instructions(vm.SHIFT_OF_SCENARIOS)])
     command = [vm.program("qemu-system-x86_64"), *accelerator, "-machine", "pc,nvdimm=on",
                "-m", "1024M,slots=2,maxmem=4G", "-smp", "1", "-display", "none", "-nodefaults", "-vga", "std",
                "-no-reboot", "-serial", "stdio", "-kernel", kernel, "-initrd", archive,
-               # This clock wakes the machine from a sleep, in which it counts no instructions.
+               # The machine learns from this clock how long it slept: asleep, it counts no instructions.
                "-rtc", "clock=host",
+               "-chardev", f"socket,id=monitor,fd={monitor_of_machine.fileno()}",
+               "-mon", "chardev=monitor,mode=control",
                # Not shared: what the machine writes is gone with it.
                "-object", f"memory-backend-file,id=root,mem-path={image},size={size},share=off",
                "-device", "nvdimm,id=root-module,memdev=root",
                "-append", " ".join(KERNEL_ARGUMENTS)]
-    with subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT) as machine:
+    with monitor, subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                                   pass_fds=[monitor_of_machine.fileno()]) as machine:
+        monitor_of_machine.close()
+        threading.Thread(target=wake_up_after_sleep, args=[monitor], daemon=True).start()
         try:
             with owntime.OwnTimeLimit(machine, OWN_TIME_LIMIT_S) as limit:
                 for line in machine.stdout:

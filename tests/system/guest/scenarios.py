@@ -23,8 +23,6 @@ LONGEST_PAUSE_SECONDS = 600  # after which the daemon looks for the lost priorit
 AGENT = "kestra-agent.service"
 AGENT_REPORT = Path("/tmp/kestra-agent")
 CANCELLED = 126  # pkexec's exit code when the user cancels
-SLEEP_HOOK = Path("/usr/lib/systemd/system-sleep/kestra-alarm")
-SLEEP_SECONDS = 20  # by the clock of the host, on which the machine may be slow to fall asleep
 
 SCENARIOS = []
 user = User("user")
@@ -333,16 +331,12 @@ def a_stopped_service_leaves_the_keyboard_to_the_computer():
 @scenario
 def the_keyboard_works_after_a_sleep():
     process = user.main_process()
-    # The last step before the machine sleeps sets the clock that wakes it up.
-    SLEEP_HOOK.parent.mkdir(exist_ok=True)
-    SLEEP_HOOK.write_text('#!/bin/sh\n[ "$1" != pre ] || echo +%d >/sys/class/rtc/rtc0/wakealarm\n' % SLEEP_SECONDS)
-    SLEEP_HOOK.chmod(0o755)
     before = seconds_asleep()
     reader = Reader(output_node())
     keyboards["a"].report("A")
     reader.expect("B down")
-    run("systemctl", "suspend")
-    wait_until(lambda: seconds_asleep() > before + SLEEP_SECONDS / 2, "the sleep")
+    run("systemctl", "suspend")  # boottest.py wakes the machine
+    wait_until(lambda: seconds_asleep() > before + 1, "the sleep")
     # The key that was down at the beginning of the sleep comes up without the user.
     reader.expect("B up")
     reader.close()
