@@ -14,9 +14,11 @@ from pathlib import Path
 LIMIT_SECONDS = 120
 VENDOR = 0x1209
 OUTPUT = "Quill Kestra output"
-# The boot keyboard of the Device Class Definition for HID 1.11, appendix B.1.
-DESCRIPTOR = bytes.fromhex("05010906a101050719e029e71500250175019508810295017508810195057501050819012905910295017503"
-                           "910195067508150026ff00050719002aff008100c0")
+# The boot keyboard and the boot mouse of the Device Class Definition for HID 1.11, appendices B.1 and B.2.
+KEYBOARD_DESCRIPTOR = bytes.fromhex("05010906a101050719e029e715002501750195088102950175088101950575010508190129059102"
+                                    "95017503910195067508150026ff00050719002aff008100c0")
+MOUSE_DESCRIPTOR = bytes.fromhex("05010902a1010901a100050919012903150025019503750181029501750581010501093009311581257f"
+                                 "750895028106c0c0")
 USAGES = {"A": 4, "B": 5, "C": 6, "D": 7, "F24": 0x73}
 CODES = {30: "A", 48: "B", 46: "C", 32: "D", 194: "F24"}
 EVENT = struct.Struct("llHHi")
@@ -84,16 +86,24 @@ class User:
         return session and run("loginctl", "show-session", session, "--value", "-p", "State").stdout.strip() == "active"
 
 
-class Keyboard:
-    """A keyboard that the kernel sees on the USB, made through uhid."""
+class HidDevice:
+    """A device that the kernel sees on the USB, made through uhid."""
 
-    def __init__(self, name, serial, product):
+    def __init__(self, name, serial, product, descriptor):
         self.name = name
         self.file = os.open("/dev/uhid", os.O_RDWR | os.O_CLOEXEC | os.O_NONBLOCK)
         os.write(self.file, struct.pack("<I128s64s64sHHIIII4096s", 11, name.encode(), f"vm/{name}".encode(),
-                                        serial.encode(), len(DESCRIPTOR), 3, VENDOR, product, 1, 0, DESCRIPTOR))
+                                        serial.encode(), len(descriptor), 3, VENDOR, product, 1, 0, descriptor))
         self.node = wait_until(lambda: node_of(name), f"the event device of {name}")
         run("udevadm", "settle")
+
+    def unplug(self):
+        os.close(self.file)
+
+
+class Keyboard(HidDevice):
+    def __init__(self, name, serial, product):
+        super().__init__(name, serial, product, KEYBOARD_DESCRIPTOR)
 
     def report(self, *keys):
         usages = bytes(USAGES[key] for key in keys)

@@ -10,7 +10,8 @@ import traceback
 from pathlib import Path
 
 from display import Display
-from driver import OUTPUT, Keyboard, Reader, User, node_of, nodes_of_user, output_node, run, wait_until
+from driver import (MOUSE_DESCRIPTOR, OUTPUT, HidDevice, Keyboard, Reader, User, node_of, nodes_of_user, output_node,
+                    run, wait_until)
 
 HELPER = "/usr/libexec/quill-kestra-keyboard-rule"
 RULES = Path("/etc/udev/rules.d")
@@ -22,7 +23,12 @@ SCHEDULER_POLICIES_WITH_REAL_TIME = (os.SCHED_FIFO, os.SCHED_RR)
 LONGEST_PAUSE_SECONDS = 600  # after which the daemon looks for the lost priority
 AGENT = "kestra-agent.service"
 AGENT_REPORT = Path("/tmp/kestra-agent")
-CANCELLED = 126  # pkexec's exit code when the user cancels
+# The exit codes of pkexec when the user cancels, and when polkit refuses.
+CANCELLED = 126
+NOT_AUTHORISED = 127
+# The exit codes of the helper.
+REFUSED = 1
+WRONG_USAGE = 2
 
 SCENARIOS = []
 user = User("user")
@@ -220,13 +226,13 @@ def a_keyboard_without_a_rule_cannot_be_used():
 def polkit_refuses_the_rule():
     polkit_answers("NO")
     result = helper(keyboards["a"].node)
-    check(result.returncode != 0, f"the helper ran: {result.stdout}")
+    check_equal(result.returncode, NOT_AUTHORISED, f"the exit code of pkexec, which wrote {result.stdout!r}")
     check_equal(real_rules(), [], "the rules")
     # Without an answer by a rule, polkit asks an administrator, through an agent. There is none here.
     POLKIT_RULE.unlink()
     run("systemctl", "restart", "polkit.service")
     result = helper(keyboards["a"].node)
-    check(result.returncode != 0, f"the helper ran: {result.stdout}")
+    check_equal(result.returncode, NOT_AUTHORISED, f"the exit code of pkexec, which wrote {result.stdout!r}")
     check_equal(real_rules(), [], "the rules")
 
 
@@ -242,19 +248,30 @@ def a_user_who_cancels_gets_no_rule():
     user.service("stop", AGENT)
 
 
+def expect_refusal(code, text, *words):
+    """The helper ends with this exit code, gives this reason, and leaves the rules unchanged."""
+    before = real_rules()
+    result = helper(*words)
+    check_equal(result.returncode, code, f"the exit code for {words}, with {result.stdout!r}")
+    check(text in result.stdout, f"the reason for {words}: expected {text!r}, found {result.stdout!r}")
+    check_equal(real_rules(), before, f"the rules after {words}")
+
+
 @scenario
 def the_helper_refuses_hostile_arguments():
     polkit_answers("YES")
+    node = keyboards["a"].node
+    for words in ([], ["--remove"], [""], ["/etc/passwd"], ["/dev/input/../input/event0"], ["/dev/input/mice"],
+                  ["/dev/uinput"], [node, keyboards["b"].node], [node + "\n"], ["event0"]):
+        expect_refusal(WRONG_USAGE, "the arguments are", *words)
     link = Path("/dev/input/event99")
-    link.symlink_to(keyboards["a"].node)
-    node_of_output = node_of("Power Button")
-    for words in ([], ["--remove"], ["/etc/passwd"], ["/dev/input/../input/event0"], ["/dev/input/event99"],
-                  ["/dev/input/mice"], ["/dev/uinput"], [keyboards["a"].node, keyboards["b"].node],
-                  [keyboards["a"].node + "\n"], ["--remove", "/dev/input/event12345"], ["event0"], [node_of_output]):
-        result = helper(*words)
-        check(result.returncode != 0, f"the helper accepted {words}")
-        check_equal(real_rules(), [], f"the rules after {words}")
+    link.symlink_to(node)
+    expect_refusal(REFUSED, "event99 is not an input device", str(link))
     link.unlink()
+    expect_refusal(REFUSED, "event12345: No such file", "--remove", "/dev/input/event12345")
+    mouse = HidDevice("Mouse C", "9", 0x0003, MOUSE_DESCRIPTOR)
+    expect_refusal(REFUSED, "the device is not a keyboard", mouse.node)
+    mouse.unplug()
 
 
 @scenario
@@ -286,6 +303,11 @@ def keys_come_out_remapped():
     reader.close()
     # The other keyboard still types itself.
     check(not keyboards["b"].is_grabbed(), "the daemon has grabbed the other keyboard")
+
+
+@scenario
+def the_helper_refuses_the_output_device():
+    expect_refusal(REFUSED, "the keyboard was made by a program", output_node())
 
 
 @scenario
