@@ -20,7 +20,8 @@ ENABLED = "etc/systemd/user/graphical-session.target.wants/quill-kestra-daemon.s
 SETTINGS = "home/user/.local/state/quill-kestra/settings.plist"
 RULES = "etc/udev/rules.d"
 RULE_OF_HELPER = "70-quill-kestra-01133-04660-00000000000000000007.rules"
-RULE_OF_ADMINISTRATOR = "70-quill-kestra-desk.rules"
+RULES_OF_ADMINISTRATOR = ("70-quill-kestra-desk.rules", "70-quill-kestra-01133-04660-1desk.rules",
+                          "70-quill-kestra-01133-04660-000000000000000000071.rules")
 
 EXPECTED_FILES = {
     "quill-kestra": """
@@ -97,7 +98,8 @@ class Packages(unittest.TestCase):
         self.assertTrue((self.root / ENABLED).is_symlink(), "the service is not enabled for users")
         self.write(SETTINGS, "settings of the user")
         self.write(f"{RULES}/{RULE_OF_HELPER}", "# rule of the helper\n")
-        self.write(f"{RULES}/{RULE_OF_ADMINISTRATOR}", "# rule of the administrator\n")
+        for name in RULES_OF_ADMINISTRATOR:
+            self.write(f"{RULES}/{name}", "# rule of the administrator\n")
 
         self.in_system("dpkg", "-i", "/tmp/quill-kestra.deb", "/tmp/quill-kestra-daemon.deb")
         self.assertNotIn(LOWER_VERSION, self.version())
@@ -122,7 +124,8 @@ class Packages(unittest.TestCase):
 
         self.in_system("dpkg", "-P", "quill-kestra", "quill-kestra-daemon")
         self.assertFalse((self.root / RULES / RULE_OF_HELPER).exists(), "the helper's rule is still there")
-        self.assertTrue((self.root / RULES / RULE_OF_ADMINISTRATOR).exists())
+        self.assertEqual({path.name for path in (self.root / RULES).iterdir()} & set(RULES_OF_ADMINISTRATOR),
+                         set(RULES_OF_ADMINISTRATOR))
         self.assertFalse((self.root / ENABLED).is_symlink())
         self.assertEqual((self.root / SETTINGS).read_text(), "settings of the user")
 

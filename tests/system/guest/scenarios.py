@@ -137,6 +137,11 @@ def status_has_priority():
     return json.loads(user.ctl("status", "--json"))["realTime"]
 
 
+def change_all_devices():
+    """As other packages do, for their own rules."""
+    run("udevadm", "trigger", "--settle", "--action=change")
+
+
 def helper(*words):
     return user.run_in_session("pkexec", HELPER, *words, check=False)
 
@@ -417,12 +422,33 @@ def an_upgrade_keeps_settings_and_the_service():
 
 @scenario
 def a_removal_leaves_rules_and_settings_and_a_purge_the_settings():
+    # As on a machine that has started with the packages: udev notes the right to uinput when it starts.
+    run("systemctl", "restart", "systemd-udevd.service")
+    check("/dev/uinput" in nodes_of_user(user), "the user may not use uinput")
     run("dpkg", "-r", "quill-kestra", "quill-kestra-daemon")
     expect_own_key()  # no daemon holds the keyboard any longer
     check(not Path("/usr/bin/QuillKestraDaemon").exists(), "the daemon is still installed")
     check_equal(len(real_rules()), 1, "the number of rules")
+    # The rights are those of the rules that are left, also in a new session.
+    check_equal(nodes_of_user(user), {keyboards["a"].node}, "the rights after the removal")
+    change_all_devices()
+    check_equal(nodes_of_user(user), {keyboards["a"].node}, "the rights after a change")
+    log_out()
+    run("systemctl", "restart", "getty@tty1.service")
+    wait_until(user.is_active, "the next session of the user")
+    wait_until(lambda: nodes_of_user(user), "the right to the keyboard in the next session")
+    check_equal(nodes_of_user(user), {keyboards["a"].node}, "the rights in the next session")
+    # The administrator's own rule for the other keyboard.
+    rule = RULES / "70-quill-kestra-04617-00002-1desk.rules"
+    rule.write_text('SUBSYSTEM=="input", KERNEL=="event*", ATTRS{name}=="%s", TAG+="uaccess"\n' % keyboards["b"].name)
+    run("udevadm", "control", "--reload")
+    run("udevadm", "trigger", "--action=change", keyboards["b"].node)
+    wait_until(lambda: keyboards["b"].node in nodes_of_user(user), "the right by the rule of the administrator")
     run("dpkg", "-P", "quill-kestra", "quill-kestra-daemon")
-    check_equal(real_rules(), [], "the rules")
+    check_equal(real_rules(), [rule.name], "the rules")
+    check_equal(nodes_of_user(user), {keyboards["b"].node}, "the rights after the purge")
+    change_all_devices()
+    check_equal(nodes_of_user(user), {keyboards["b"].node}, "the rights after the purge and a change")
     settings = Path(f"/home/{user.name}/.local/state/quill-kestra/settings.plist")
     check(settings.stat().st_size > 0, "the settings are gone")
 
