@@ -87,8 +87,9 @@ class Packages(unittest.TestCase):
         for name, kind in (("Game.KestraProfile", "profile"), ("Burst.KestraMacro", "macro")):
             self.write(f"tmp/{name}", "bplist00")
             shown = self.in_system("gio", "info", "-a", "standard::content-type,standard::icon", f"/tmp/{name}")
-            known = f"application/x-quill-kestra-{kind}" in shown
-            self.assertEqual(known, bool(handlers), shown)
+            self.assertEqual(f"standard::content-type: application/x-quill-kestra-{kind}\n" in shown, bool(handlers), shown)
+            self.assertEqual(re.search(r"standard::icon: .*\bapplication-x-quill-kestra-" + kind + r"\b", shown)
+                             is not None, bool(handlers), shown)
             opened = self.in_system("gio", "mime", f"application/x-quill-kestra-{kind}")
             self.assertEqual(re.findall(r"^\t(.*)$", opened, re.MULTILINE), [*handlers, *handlers], opened)
 
