@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
 """A Debian of the machine's own package sources, with everything that the project's packages need. mmdebstrap makes it
-once and keeps it in build/system, in a file named after its packages."""
+once and keeps it in build/system, under a name with a hash of its ingredients."""
 
 import hashlib
 import os
@@ -25,6 +25,11 @@ DISPLAY = ("at-spi2-core", "xdotool", "xvfb")
 # Two desktops, a notification service for the one that has none, and tools of the scenarios.
 DESKTOPS = ("at-spi2-core", "dbus", "gjs", "gnome-shell", "kwin-wayland", "libgl1-mesa-dri", "libglib2.0-dev-bin",
             "mako-notifier", "python3", "qt6-wayland")
+
+USERS = ("user", "guest")
+# Without a journal: nothing is stored beyond a run.
+MAKE_FILE_SYSTEM = ("mkfs.ext4", "-q", "-F", "-O", "^has_journal")
+FILE_SYSTEM_SIZE = "1G"
 
 
 def run(*command, **options):
@@ -70,18 +75,22 @@ def package_sources():
     return [file for file in files if file.is_file()]
 
 
+def hash_of(*ingredients):
+    return hashlib.sha256("\n".join(ingredients).encode()).hexdigest()[:16]
+
+
 def made_debian(name, suffix, packages, *options):
     """A Debian with these packages, made now or by an earlier run."""
-    names = ",".join(sorted(packages))
+    os_release = dict(line.split("=", 1) for line in Path("/etc/os-release").read_text().splitlines() if "=" in line)
+    arguments = ["--variant=apt", *options, f"--include={','.join(sorted(packages))}", os_release["VERSION_CODENAME"]]
+    sources = package_sources()
     SYSTEMS.mkdir(parents=True, exist_ok=True)
-    made = SYSTEMS / f"{name}-{hashlib.sha256(' '.join([names, *options]).encode()).hexdigest()[:16]}{suffix}"
+    made = SYSTEMS / f"{name}-{hash_of(*arguments, *(file.read_text() for file in sources))}{suffix}"
     if not made.exists():
         new = SYSTEMS / f"new-{made.name}"
         if new.is_dir():
             shutil.rmtree(new)  # of a run that was stopped
-        release = dict(line.split("=", 1) for line in Path("/etc/os-release").read_text().splitlines() if "=" in line)
-        run("mmdebstrap", "--variant=apt", *options, f"--include={names}", release["VERSION_CODENAME"], new,
-            *package_sources())
+        run("mmdebstrap", *arguments, new, *sources)
         new.rename(made)
     return made
 
@@ -102,16 +111,15 @@ def desktops_folder(folder):
 def system_image(folder):
     """The same as a file system, with room for more."""
     archive = system_archive(folder)
-    image = archive.with_suffix(".ext4")
+    image = archive.with_name(f"{archive.stem}-{hash_of(*USERS, *MAKE_FILE_SYSTEM, FILE_SYSTEM_SIZE)}.ext4")
     if not image.exists():
         new = image.with_suffix(".new")
         with tempfile.TemporaryDirectory(dir=SYSTEMS) as root:
             os.chmod(root, 0o755)  # becomes the root folder of all users
             run("tar", "-xf", archive, "-C", root, "--exclude=./dev/*")
-            for user in ("user", "guest"):
+            for user in USERS:
                 run("chroot", root, "useradd", "--create-home", "--shell", "/bin/sh", user)
-            # Without a journal: nothing is stored beyond a run.
-            run("mkfs.ext4", "-q", "-F", "-O", "^has_journal", "-d", root, new, "1G",
+            run(*MAKE_FILE_SYSTEM, "-d", root, new, FILE_SYSTEM_SIZE,
                 env={**os.environ, "PATH": f"{os.environ['PATH']}:/usr/sbin:/sbin"})
         new.rename(image)
     return image
