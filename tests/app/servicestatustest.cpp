@@ -102,6 +102,7 @@ void ServiceStatusTest::knowsWhyTheProfileIsActive()
 
 void ServiceStatusTest::missesTheExtensionOfGnomeShell()
 {
+    mDaemon->environment().insert(u"WAYLAND_DISPLAY"_s, u"no-compositor"_s);
     QVERIFY(mDaemon->start());
     mStatus->start();
     QTRY_COMPARE(mStatus->profileApplication(), std::optional(QString()));
