@@ -146,6 +146,10 @@ function expectNoReport(daemon, what) {
         fail(`${what}: ${JSON.stringify(daemon.reports.slice(before))}`);
 }
 
+// The library of the Shell has a main.js of its own, and resources that are registered later have precedence: the first
+// line loads the library, the second registers its resources.
+GObject.type_ensure(Shell.WindowTracker.$gtype);
+Gio.resources_lookup_data('/org/gnome/shell/ui/main.js', Gio.ResourceLookupFlags.NONE);
 Gio.Resource.load(resources)._register();
 const display = new Display();
 const tracker = new Tracker();
