@@ -71,6 +71,9 @@ DaemonExit runDaemon(const HistoryLimits &limits)
         qCCritical(lcDaemon, "there is no session bus: %s", qUtf8Printable(bus.lastError().message()));
         return DaemonExit::noBus;
     }
+    // Until the first events, Qt holds back the messages of a new connection, but not the answers that come after them.
+    // The request port needs their order.
+    QCoreApplication::processEvents();
     // Before the folder is opened: beside another daemon, this one must change no file.
     if (RemoteMessagePort::open(DaemonProtocol::requestPortName)) {
         qCCritical(lcDaemon, "another daemon is already running on this bus");
