@@ -9,13 +9,13 @@
 #include "platform/sheet.h"
 #include "tests/app/hubfixture.h"
 #include "tests/support/daemonprocessfixture.h"
+#include "tests/support/languages.h"
 #include "tests/support/testmain.h"
 #include "tests/support/texts.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
 #include <QApplication>
-#include <QDir>
 #include <QSet>
 #include <QTabWidget>
 #include <QTest>
@@ -145,9 +145,7 @@ void AccessibilityTest::init()
 
 void AccessibilityTest::everyControlHasAName_data()
 {
-    QTest::addColumn<QString>("language");
-    for (const QString &file : QDir(textsFolder()).entryList({u"*.qm"_s}))
-        QTest::newRow(qPrintable(file.chopped(3))) << file.chopped(3);
+    addLanguageRows();
 }
 
 void AccessibilityTest::everyControlHasAName()

@@ -17,6 +17,7 @@
 #include "platform/tableview.h"
 #include "profiles/keyboardprofilescontroller.h"
 #include "tests/app/hubfixture.h"
+#include "tests/support/languages.h"
 #include "tests/support/testmain.h"
 #include "tests/support/texts.h"
 
@@ -291,9 +292,7 @@ void KeyboardMainControllerTest::reportsAndEndsASilentDaemon()
 
 void KeyboardMainControllerTest::reportsAnAbsentDaemon_data()
 {
-    QTest::addColumn<QString>("language");
-    for (const QString &file : QDir(textsFolder()).entryList({u"*.qm"_s}))
-        QTest::newRow(qPrintable(file.chopped(3))) << file.chopped(3);
+    addLanguageRows();
 }
 
 void KeyboardMainControllerTest::reportsAnAbsentDaemon()

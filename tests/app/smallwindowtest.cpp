@@ -10,6 +10,7 @@
 #include "tests/app/hubfixture.h"
 #include "tests/support/daemonprocessfixture.h"
 #include "tests/support/drawncontrols.h"
+#include "tests/support/languages.h"
 #include "tests/support/picturefolder.h"
 #include "tests/support/testmain.h"
 #include "tests/support/texts.h"
@@ -18,7 +19,6 @@
 #include <QAbstractItemView>
 #include <QAbstractSlider>
 #include <QApplication>
-#include <QDir>
 #include <QFile>
 #include <QGroupBox>
 #include <QLabel>
@@ -180,8 +180,7 @@ void SmallWindowTest::everyControlOfATabComesIntoView_data()
 {
     QTest::addColumn<QString>("language");
     QTest::addColumn<QSize>("size");
-    for (const QString &file : QDir(textsFolder()).entryList({u"*.qm"_s})) {
-        const QString language = file.chopped(3);
+    for (const QString &language : languages()) {
         for (const QSize size : {QSize(800, 480), smallScreen})
             QTest::addRow("%s-%dx%d", qPrintable(language), size.width(), size.height()) << language << size;
     }
@@ -211,9 +210,7 @@ void SmallWindowTest::everyControlOfATabComesIntoView()
 
 void SmallWindowTest::everySheetFits_data()
 {
-    QTest::addColumn<QString>("language");
-    for (const QString &file : QDir(textsFolder()).entryList({u"*.qm"_s}))
-        QTest::newRow(qPrintable(file.chopped(3))) << file.chopped(3);
+    addLanguageRows();
 }
 
 void SmallWindowTest::everySheetFits()

@@ -15,11 +15,11 @@
 #include "platform/statusline.h"
 #include "tests/app/hubfixture.h"
 #include "tests/support/drawncontrols.h"
+#include "tests/support/languages.h"
 #include "tests/support/testmain.h"
 #include "tests/support/texts.h"
 
 #include <QAction>
-#include <QDir>
 #include <QLabel>
 #include <QPushButton>
 #include <QTabWidget>
@@ -90,12 +90,7 @@ private slots:
         QTEST(QCoreApplication::translate("QPlatformTheme", "Cancel"), "cancel");
     }
 
-    void everyTextFits_data()
-    {
-        QTest::addColumn<QString>("language");
-        for (const QString &file : QDir(textsFolder()).entryList({u"*.qm"_s}))
-            QTest::newRow(qPrintable(file.chopped(3))) << file.chopped(3);
-    }
+    void everyTextFits_data() { addLanguageRows(); }
 
     void everyTextFits()
     {
@@ -178,7 +173,7 @@ private slots:
         QVERIFY2(cut.isEmpty(), qPrintable(cut.join(u'\n')));
     }
 
-    void theStatusLineShowsTheMissingPackage_data() { everyTextFits_data(); }
+    void theStatusLineShowsTheMissingPackage_data() { addLanguageRows(); }
 
     void theStatusLineShowsTheMissingPackage()
     {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Reading and searching a help book, and the book of the program.
 #include "platform/helpbook.h"
+#include "tests/support/languages.h"
 #include "tests/support/testmain.h"
 
 #include <QDir>
@@ -22,16 +23,6 @@ const QString english = u"en"_s;
 QString shippedFolder(const QString &language = english)
 {
     return qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/help/"_s + language;
-}
-
-/// The languages of the window; each must have a help book.
-QStringList languages()
-{
-    QStringList names;
-    for (const QString &table :
-         QDir(qEnvironmentVariable("KESTRA_BIN_DIR") + u"/resources/texts"_s).entryList({u"*.qm"_s}))
-        names += table.chopped(3);
-    return names;
 }
 
 /// The structure of the page `html` without its words: the elements in their order, with their anchors and link
