@@ -85,15 +85,14 @@ void FileOpener::reportWait(Event event)
 bool FileOpener::isWindowFree() const
 {
     const QList<Sheet *> sheets = mWindow.findChildren<Sheet *>();
-    const auto isUp = [](const Sheet *sheet) { return sheet->isUp(); };
     const QList<TableView *> tables = mWindow.findChildren<TableView *>();
     const auto isEdited = [](const TableView *table) { return table->editedRow() >= 0; };
     // The question would take the focus, which ends a change of a pause.
     const QList<MacroTimelineView *> timelines = mWindow.findChildren<MacroTimelineView *>();
-    const auto isChanged = [](const MacroTimelineView *timeline) { return timeline->isChangingPause(); };
     return !QApplication::activeModalWidget() && !QApplication::activePopupWidget()
-           && QGuiApplication::mouseButtons() == Qt::NoButton && std::ranges::none_of(sheets, isUp)
-           && std::ranges::none_of(tables, isEdited) && std::ranges::none_of(timelines, isChanged)
+           && QGuiApplication::mouseButtons() == Qt::NoButton && std::ranges::none_of(sheets, &Sheet::isUp)
+           && std::ranges::none_of(tables, isEdited)
+           && std::ranges::none_of(timelines, &MacroTimelineView::isChangingPause)
            && !mHub.macrosController()->captureArea();
 }
 
